@@ -1,0 +1,312 @@
+/*
+ * yuvblit: pixel kernels for the display path of a video player.
+ *
+ * Every entry point is a free function that returns nothing and checks
+ * nothing: no null tests, no alignment tests, no error codes. The host sizes
+ * its planes and surfaces. Kernels work in fixed groups of pixels and rows
+ * (most often 16 pixels by 2 rows) and always process at least one group, so
+ * they read and write up to one group beyond the right and bottom edges of
+ * the picture. A width that is not a multiple of the group makes later rows
+ * start further right ("drift") in most planar kernels; each family below
+ * says where it differs.
+ *
+ * Kernels whose name ends in _ajust or _adjust apply the picture adjustment
+ * loaded by get_contrast_data(); until the first call every adjusted sample is
+ * 0. No other kernel reads the adjustment. Source and destination buffers
+ * must not overlap.
+ */
+#ifndef YUVBLIT_H
+#define YUVBLIT_H
+
+#include <stdint.h>
+
+#if defined(_WIN32)
+#  if defined(YUVBLIT_BUILDING)
+#    define YUVBLIT_API __declspec(dllexport)
+#  else
+#    define YUVBLIT_API __declspec(dllimport)
+#  endif
+#else
+#  define YUVBLIT_API __attribute__((visibility("default")))
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* ------------------------------------------------------------------------ */
+/* Records                                                                   */
+/* ------------------------------------------------------------------------ */
+
+/*
+ * The host's picture-adjustment record. Only the low 16 bits of fields 0..7
+ * are used, and each offset only as the (wrapping 16-bit) sum with its Extra
+ * field. Gains are in 1/64 units: 64 leaves a sample unchanged.
+ */
+typedef struct tag_ajust_contrast_info {
+    int32_t lumaGain;             /* 0 */
+    int32_t chromaGain;           /* 1: multiplies both U and V */
+    int32_t lumaOffset;           /* 2 */
+    int32_t uOffset;              /* 3 */
+    int32_t vOffset;              /* 4 */
+    int32_t lumaOffsetExtra;      /* 5 */
+    int32_t uOffsetExtra;         /* 6 */
+    int32_t vOffsetExtra;         /* 7 */
+    uint32_t rgb16Layout;         /* 8: 0..3, read directly by RGB16 kernels */
+    int32_t hostReserved;         /* 9: never read */
+    int32_t lumaPlaneRows;        /* 10: read by loadimage_yv12_ajust */
+    int32_t rowsFromDestination;  /* 11: read by loadimage_yv12_ajust */
+} tag_ajust_contrast_info;
+
+/*
+ * One subpicture job. Several kernels advance plane pointers and count
+ * height down inside the record: fill it afresh before every call. Note the
+ * order of the chroma pointers: V before U for picture and subpicture, U
+ * before V for the destination.
+ */
+typedef struct tagMIX_INFO {
+    int32_t picturePitch;
+    int32_t subPitch;
+    int32_t dstPitch;
+    int32_t width;
+    int32_t height;
+    unsigned char* pictureY;
+    unsigned char* pictureV;
+    unsigned char* pictureU;
+    unsigned char* subAlpha;
+    unsigned char* subY;
+    unsigned char* subV;
+    unsigned char* subU;
+    unsigned char* dst;
+    unsigned char* dstU;
+    unsigned char* dstV;
+    uint32_t colorKey;
+    int32_t hostField17;
+    int32_t hostField18;
+    tag_ajust_contrast_info* adjust;
+} tagMIX_INFO;
+
+/*
+ * A decoded frame for the optimised stretcher. Only lineMode, the three plane
+ * pointers and lumaWidth are read; the host-owned fields keep them in place.
+ */
+typedef struct tagVideoFrame {
+    int32_t hostFields1to11[11];
+    int32_t lineMode;             /* 1: every second row (one field) */
+    int32_t hostFields13to24[12];
+    unsigned char* planeY;
+    unsigned char* planeU;
+    unsigned char* planeV;
+    int32_t hostFields28to33[6];
+    int32_t lumaWidth;            /* pixels, and the packed luma pitch */
+} tagVideoFrame;
+
+#if defined(__i386__) || defined(_M_IX86)
+#  ifdef __cplusplus
+#    define YUVBLIT_ASSERT_LAYOUT(c, m) static_assert(c, m)
+#  else
+#    define YUVBLIT_ASSERT_LAYOUT(c, m) _Static_assert(c, m)
+#  endif
+#  include <stddef.h>
+YUVBLIT_ASSERT_LAYOUT(sizeof(tag_ajust_contrast_info) == 48, "adjust record is 12 words");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagMIX_INFO, pictureY) == 20, "mix record layout");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagMIX_INFO, colorKey) == 60, "mix record layout");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagMIX_INFO, adjust) == 72, "mix record layout");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagVideoFrame, lineMode) == 44, "frame record layout");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagVideoFrame, planeY) == 96, "frame record layout");
+YUVBLIT_ASSERT_LAYOUT(offsetof(tagVideoFrame, lumaWidth) == 132, "frame record layout");
+#endif
+
+/* ------------------------------------------------------------------------ */
+/* Nine-argument kernels                                                     */
+/* ------------------------------------------------------------------------ */
+/*
+ * srcY, srcU, srcV: planar 4:2:0 source. Luma rows are srcPitch bytes apart,
+ * chroma rows srcPitch/2 (arithmetic halving); chroma row k serves luma rows
+ * 2k and 2k+1. dst: first byte of the top-left destination pixel, rows
+ * dstPitch bytes apart. adjust: read only where a family says so.
+ */
+#define YUVBLIT_A9(name)                                                      \
+    YUVBLIT_API void name(void* srcY, void* srcU, void* srcV, void* dst,      \
+                          int32_t width, int32_t height, int32_t srcPitch,    \
+                          int32_t dstPitch, tag_ajust_contrast_info* adjust)
+
+/*
+ * Adjustment set-up: loads the process-wide adjustment constants from fields
+ * 0..7 of the tag_ajust_contrast_info that info points to. They stay in force
+ * for every later adjusting kernel until the next call. Not thread-safe
+ * against kernels running at the same time.
+ */
+YUVBLIT_API void get_contrast_data(void* info);
+
+/*
+ * Planar frame to YUY2 (Y0 U Y1 V per pixel pair). Groups of 16 pixels by a
+ * row pair: a row always covers ceil(width/16) groups (at least one), and
+ * height/2 row pairs (at least one) are written. Row ends step by width, so
+ * for widths that are not multiples of 16 every later row starts further
+ * right by the overrun. Room needed per row: 32 bytes per group (16 for the
+ * half kernel).
+ *
+ * loadimage_yuy2: copies. In the second row of each pair the first 8 bytes of
+ *   every 32-byte group are left as the surface held them.
+ * loadimage_yuy2_ajust: adjusts luma, U and V. Returns without writing when
+ *   height <= 8 or height is odd.
+ * loadimage_yuy2_mono_ajust: adjusts luma, writes 0x80 chroma; never reads
+ *   srcU or srcV.
+ * loadimage_half_yuy2_ajust: half width: averages pixel pairs (rounding up),
+ *   then adjusts; every source row is kept.
+ */
+YUVBLIT_A9(loadimage_yuy2);
+YUVBLIT_A9(loadimage_yuy2_ajust);
+YUVBLIT_A9(loadimage_yuy2_mono_ajust);
+YUVBLIT_A9(loadimage_half_yuy2_ajust);
+
+/*
+ * Planar frame to YV12 (luma plane, then V plane, then U plane).
+ * loadimage_yv12: plane copy with its own historical stride arithmetic.
+ * loadimage_yv12_ajust: adjusts plane by plane; chroma planes are placed from
+ *   adjust->lumaPlaneRows and adjust->rowsFromDestination; sources are read as
+ *   packed rows; the V plane gets the U offset and the U plane the V offset.
+ * loadimage_half_yv12_ajust: half width by keeping odd samples, adjusted.
+ */
+YUVBLIT_A9(loadimage_yv12);
+YUVBLIT_A9(loadimage_yv12_ajust);
+YUVBLIT_A9(loadimage_half_yv12_ajust);
+
+/*
+ * Planar frame to RGB32 (B G R 0), RGB24 (B G R) and RGB16 (layout
+ * adjust->rgb16Layout, 0..3; above 3 the RGB16 kernels write nothing).
+ * Groups of 16 pixels by a row pair sharing chroma; drift as for YUY2.
+ */
+YUVBLIT_A9(loadimage_rgb32);
+YUVBLIT_A9(loadimage_rgb24);
+YUVBLIT_A9(loadimage_rgb16);
+YUVBLIT_A9(loadimage_rgb32_ajust);
+YUVBLIT_A9(loadimage_rgb24_ajust);
+YUVBLIT_A9(loadimage_rgb16_ajust);
+
+/*
+ * Packed YUY2 source (srcY; srcPitch in pixels) to YUY2 and RGB surfaces.
+ * Row pairs use the first row's chroma for both rows. No drift.
+ */
+YUVBLIT_A9(LoadYUY2_YUY2);
+YUVBLIT_A9(LoadYUY2_YUY2_adjust);
+YUVBLIT_A9(LoadYUY2_RGB16);
+YUVBLIT_A9(LoadYUY2_RGB16_adjust);
+YUVBLIT_A9(LoadYUY2_RGB24);
+YUVBLIT_A9(LoadYUY2_RGB24_adjust);
+YUVBLIT_A9(LoadYUY2_RGB32);
+YUVBLIT_A9(LoadYUY2_RGB32_adjust);
+
+/* ------------------------------------------------------------------------ */
+/* Subpicture kernels (one tagMIX_INFO argument)                             */
+/* ------------------------------------------------------------------------ */
+
+/* RGB overlay bitmaps to subpicture planes and back. */
+YUVBLIT_API void Convert_RGB32_To_AYUY2(tagMIX_INFO* info);
+YUVBLIT_API void Convert_RGB24_To_AYUY2(tagMIX_INFO* info);
+YUVBLIT_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO* info);
+YUVBLIT_API void Restore_RGB32_To_Alpha(tagMIX_INFO* info);
+YUVBLIT_API void Restore_RGB24_To_Alpha(tagMIX_INFO* info);
+YUVBLIT_API void Restore_RGB16_565_To_Alpha(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_alpha_rgb32(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_alpha_rgb24(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO* info);
+
+/* A subpicture alone on an RGB surface. */
+YUVBLIT_API void load_subpicture_yuy2_rgb32(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_yuy2_rgb24(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_yuy2_rgb16(tagMIX_INFO* info);
+YUVBLIT_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO* info);
+
+/* Mixing a subpicture into a decoded frame onto YUY2 surfaces. */
+YUVBLIT_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO* info);
+
+/* Mixing onto YV12 surfaces. */
+YUVBLIT_API void mix_ayv12_yv12_p(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayv12_yv12_i(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO* info);
+
+/* Progressive mixing onto RGB surfaces. */
+YUVBLIT_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO* info);
+
+/* Interlaced mixing onto RGB surfaces (one field, doubled line by line). */
+YUVBLIT_API void mix_ayuy2_rgb32_i_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_rgb24_i_ajust(tagMIX_INFO* info);
+YUVBLIT_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO* info);
+
+/* ------------------------------------------------------------------------ */
+/* Stretching                                                                */
+/* ------------------------------------------------------------------------ */
+
+/* Vertical doubling onto YUY2 with edge-directed interpolation. */
+YUVBLIT_API void strech_opt_yuy2_ajust(tagVideoFrame* frame, int32_t top,
+                                       int32_t height, unsigned char* dst,
+                                       int32_t dstPitch,
+                                       tag_ajust_contrast_info* adjust);
+
+/* Vertical doubling (1X2). */
+YUVBLIT_A9(strech_picture_1X2_yuy2);
+YUVBLIT_A9(strech_picture_1X2_yuy2_ajust);
+YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb32);
+YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb24);
+YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb16);
+YUVBLIT_A9(strech_picture_1X2_yv12_ajust);
+YUVBLIT_API void strech_pic_1X2_adjust(unsigned char* src, unsigned char* dst,
+                                       int32_t width, int32_t height,
+                                       int32_t srcPitch, int32_t dstPitch,
+                                       tag_ajust_contrast_info* adjust,
+                                       int32_t plane);
+
+/* Doubling in both directions (2X2). */
+YUVBLIT_A9(strech_picture_2X2_yuy2);
+YUVBLIT_A9(strech_picture_2X2_yuy2_ajust);
+YUVBLIT_A9(strech_picture_2X2_yv12_ajust);
+YUVBLIT_API void strech_pic_2X2(unsigned char* src, unsigned char* dst,
+                                int32_t width, int32_t height,
+                                int32_t srcPitch, int32_t dstPitch);
+YUVBLIT_API void strech_pic_2X2_adjust(unsigned char* src, unsigned char* dst,
+                                       int32_t width, int32_t height,
+                                       int32_t srcPitch, int32_t dstPitch,
+                                       tag_ajust_contrast_info* adjust,
+                                       int32_t plane);
+
+/* Packed YUY2 source doubled in both directions. */
+YUVBLIT_API void yuy2_strech_picture_2X2_yuy2(void* src, void* srcU,
+                                              void* srcV, void* dst,
+                                              int32_t width, int32_t height,
+                                              int32_t dstPitch);
+YUVBLIT_API void yuy2_strech_picture_2X2_yuy2_ajust(
+    void* src, void* srcU, void* srcV, void* dst, int32_t width,
+    int32_t height, int32_t dstPitch, tag_ajust_contrast_info* adjust);
+
+/* ------------------------------------------------------------------------ */
+/* Colour keys                                                               */
+/* ------------------------------------------------------------------------ */
+
+YUVBLIT_API void LoadColorKeyRgb32(uint32_t key, void* dst, int32_t width,
+                                   int32_t height, int32_t reserved,
+                                   int32_t dstPitch);
+YUVBLIT_API void LoadColorKeyRgb24(uint32_t key, void* dst, int32_t width,
+                                   int32_t height, int32_t reserved,
+                                   int32_t dstPitch);
+YUVBLIT_API void LoadColorKeyRgb16(uint32_t key, void* dst, int32_t width,
+                                   int32_t height, int32_t reserved,
+                                   int32_t dstPitch);
+YUVBLIT_API void RelaceMaskWithColorKey(unsigned char* dst,
+                                        unsigned char* mask,
+                                        uint32_t maskValue, uint32_t key,
+                                        int32_t width, int32_t pitch,
+                                        int32_t height);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* YUVBLIT_H */

@@ -1,0 +1,64 @@
+// Shared idioms of the kernel walks: unsigned do-while counters, 32-bit
+// wrapping offsets and the overlap-safe way to run a row operation.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace yuvblit {
+
+// "Counted down by n, compared as unsigned": the body has already run once;
+// it runs again while the value before the subtraction exceeded n.
+inline bool more(uint32_t& remaining, uint32_t n) {
+  const bool go = remaining > n;
+  remaining -= n;
+  return go;
+}
+
+// How many times a do-while body runs whose counter starts at `count` and
+// drops by `n` per pass with the test above: at least once.
+inline size_t passes(uint32_t count, uint32_t n) {
+  return count <= n ? 1 : (static_cast<size_t>(count) + n - 1) / n;
+}
+
+// Offsets are computed in 32-bit wrapping arithmetic, as the kernels' own
+// integer registers would, then applied to native pointers.
+inline int32_t wrap32(int64_t v) {
+  return static_cast<int32_t>(static_cast<uint32_t>(static_cast<uint64_t>(v)));
+}
+inline int32_t half(int32_t v) { return v >> 1; }  // arithmetic halving
+
+template <typename T>
+inline T* step(T* p, int64_t bytes) {
+  return reinterpret_cast<T*>(reinterpret_cast<uintptr_t>(p) +
+                              static_cast<uintptr_t>(static_cast<intptr_t>(wrap32(bytes))));
+}
+
+// True when byte ranges [a, a+na) and [b, b+nb) share a byte.
+inline bool overlaps(const void* a, size_t na, const void* b, size_t nb) {
+  const uintptr_t pa = reinterpret_cast<uintptr_t>(a);
+  const uintptr_t pb = reinterpret_cast<uintptr_t>(b);
+  return pa < pb + nb && pb < pa + na;
+}
+
+}  // namespace yuvblit
+
+namespace yuvblit {
+
+// Runs a row-pair operation `op(firstGroup, count)` over `groups` groups.
+// The kernels store a group's first row before its second and move right
+// group by group; a row operation that stores several groups of one row at
+// once gives the same bytes unless the two destination rows share bytes
+// (a pitch tighter than the rows), and then it runs group by group.
+template <class Op>
+inline void run_pair_groups(const void* row0, const void* row1,
+                            size_t bytesPerGroup, size_t groups, Op op) {
+  const size_t bytes = bytesPerGroup * groups;
+  if (!overlaps(row0, bytes, row1, bytes)) {
+    op(size_t{0}, groups);
+    return;
+  }
+  for (size_t g = 0; g < groups; ++g) op(g, size_t{1});
+}
+
+}  // namespace yuvblit

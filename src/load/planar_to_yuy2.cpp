@@ -1,0 +1,116 @@
+// Planar 4:2:0 frame onto a YUY2 surface: the walks. Groups are 16 pixels;
+// row ends are stepped by `width`, so widths that are not multiples of 16
+// make every later row start further right.
+#include "adjust/adjustment.h"
+#include "frame/walk.h"
+#include "load/yuy2_rows.h"
+#include "yuvblit.h"
+
+using namespace yuvblit;
+
+namespace {
+
+struct PlanarCursor {
+  const uint8_t* y;
+  const uint8_t* u;
+  const uint8_t* v;
+  uint8_t* d;
+
+  PlanarCursor(void* srcY, void* srcU, void* srcV, void* dst)
+      : y(static_cast<const uint8_t*>(srcY)),
+        u(static_cast<const uint8_t*>(srcU)),
+        v(static_cast<const uint8_t*>(srcV)),
+        d(static_cast<uint8_t*>(dst)) {}
+
+  // After a row of `groups` groups: luma 16, chroma 8 and destination
+  // `dstPerGroup` bytes per group.
+  void advance_groups(size_t groups, size_t dstPerGroup) {
+    y += 16 * groups;
+    u += 8 * groups;
+    v += 8 * groups;
+    d += dstPerGroup * groups;
+  }
+  void step_luma(int64_t bytes) { y = step(y, bytes); }
+  void step_chroma(int64_t bytes) {
+    u = step(u, bytes);
+    v = step(v, bytes);
+  }
+  void step_dst(int64_t bytes) { d = step(d, bytes); }
+};
+
+// The walk of the three row-by-row kernels: first row of a pair, chroma
+// rewound by width/2, second row, then on to the next chroma row.
+// `dstWidthBytes` is what a row's destination step subtracts (2*width for
+// full-width YUY2, width for the half kernel).
+template <class Row>
+void walk_rows_of_pairs(PlanarCursor c, int32_t width, int32_t height,
+                        int32_t srcPitch, int32_t dstPitch,
+                        size_t dstPerGroup, int64_t dstWidthBytes, Row row) {
+  const size_t groups = passes(static_cast<uint32_t>(width), 16);
+  uint32_t rows = static_cast<uint32_t>(height);
+  do {
+    row(c, groups);
+    c.advance_groups(groups, dstPerGroup);
+    c.step_luma(int64_t{srcPitch} - width);
+    c.step_dst(int64_t{dstPitch} - dstWidthBytes);
+    c.step_chroma(-int64_t{half(width)});
+
+    row(c, groups);
+    c.advance_groups(groups, dstPerGroup);
+    c.step_luma(int64_t{srcPitch} - width);
+    c.step_chroma(half(wrap32(int64_t{srcPitch} - width)));
+    c.step_dst(int64_t{dstPitch} - dstWidthBytes);
+  } while (more(rows, 2));
+}
+
+}  // namespace
+
+YUVBLIT_A9(loadimage_yuy2) {
+  (void)adjust;
+  PlanarCursor c(srcY, srcU, srcV, dst);
+  const size_t groups = passes(static_cast<uint32_t>(width), 16);
+  uint32_t rows = static_cast<uint32_t>(height);
+  do {
+    const uint8_t* y1 = step(c.y, srcPitch);
+    uint8_t* d1 = step(c.d, dstPitch);
+    run_pair_groups(c.d, d1, 32, groups, [&](size_t g, size_t n) {
+      planar_pair_to_yuy2(c.y + 16 * g, y1 + 16 * g, c.u + 8 * g,
+                          c.v + 8 * g, c.d + 32 * g, d1 + 32 * g, n);
+    });
+    c.advance_groups(groups, 32);
+    c.step_luma(2 * int64_t{srcPitch} - width);
+    c.step_chroma(half(wrap32(int64_t{srcPitch} - width)));
+    c.step_dst(2 * (int64_t{dstPitch} - width));
+  } while (more(rows, 2));
+}
+
+YUVBLIT_A9(loadimage_yuy2_ajust) {
+  (void)adjust;
+  if (height <= 8 || (height & 1)) return;
+  const Adjustment a = current_adjustment();
+  walk_rows_of_pairs(PlanarCursor(srcY, srcU, srcV, dst), width, height,
+                     srcPitch, dstPitch, 32, 2 * int64_t{width},
+                     [&](const PlanarCursor& c, size_t groups) {
+                       planar_row_to_yuy2_adjusted(c.y, c.u, c.v, c.d, groups, a);
+                     });
+}
+
+YUVBLIT_A9(loadimage_yuy2_mono_ajust) {
+  (void)adjust;
+  const Adjustment a = current_adjustment();
+  walk_rows_of_pairs(PlanarCursor(srcY, srcU, srcV, dst), width, height,
+                     srcPitch, dstPitch, 32, 2 * int64_t{width},
+                     [&](const PlanarCursor& c, size_t groups) {
+                       planar_row_to_yuy2_mono(c.y, c.d, groups, a);
+                     });
+}
+
+YUVBLIT_A9(loadimage_half_yuy2_ajust) {
+  (void)adjust;
+  const Adjustment a = current_adjustment();
+  walk_rows_of_pairs(PlanarCursor(srcY, srcU, srcV, dst), width, height,
+                     srcPitch, dstPitch, 16, int64_t{width},
+                     [&](const PlanarCursor& c, size_t groups) {
+                       planar_row_to_half_yuy2(c.y, c.u, c.v, c.d, groups, a);
+                     });
+}
