@@ -1,0 +1,149 @@
+#include "bench_util.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <random>
+
+namespace yuvblit_bench {
+
+namespace {
+
+constexpr size_t kAlign = 64;
+
+size_t round_up(size_t v, size_t to) { return (v + to - 1) / to * to; }
+
+}  // namespace
+
+std::string size_name(Size s) {
+  return std::to_string(s.width) + "x" + std::to_string(s.height);
+}
+
+// ------------------------------------------------------------------ buffers
+
+void Buffer::Free::operator()(uint8_t* p) const { std::free(p); }
+
+Buffer::Buffer(size_t bytes) : size_(bytes) {
+  void* p = std::aligned_alloc(kAlign, round_up(bytes == 0 ? 1 : bytes, kAlign));
+  if (p == nullptr) throw std::bad_alloc();
+  data_.reset(static_cast<uint8_t*>(p));
+}
+
+void Buffer::fill_random(uint32_t seed) {
+  std::mt19937 rng(seed);
+  size_t i = 0;
+  for (; i + 4 <= size_; i += 4) {
+    const uint32_t r = rng();
+    std::memcpy(data() + i, &r, 4);
+  }
+  for (; i < size_; ++i) data()[i] = static_cast<uint8_t>(rng());
+}
+
+void Buffer::fill(uint8_t value) { std::memset(data(), value, size_); }
+
+PlanarFrame::PlanarFrame(Size s, uint32_t seed) : size(s) {
+  pitch = groups_per_row(s.width) * kGroupPixels;
+  chromaPitch = pitch / 2;
+  // Whole row pairs, plus a spare row.
+  const size_t lumaRows = round_up(static_cast<size_t>(s.height), 2) + 1;
+  const size_t chromaRows = lumaRows / 2 + 1;
+  y = Buffer(lumaRows * static_cast<size_t>(pitch));
+  u = Buffer(chromaRows * static_cast<size_t>(chromaPitch));
+  v = Buffer(chromaRows * static_cast<size_t>(chromaPitch));
+  y.fill_random(seed);
+  u.fill_random(seed + 1);
+  v.fill_random(seed + 2);
+}
+
+int64_t Format::bytes_written(Size s) const {
+  return int64_t{groups_per_row(s.width)} * bytesPerGroup * s.height *
+         rowsPerPicRow;
+}
+
+Surface::Surface(Size s, const Format& format) {
+  pitch = static_cast<int32_t>(round_up(
+      static_cast<size_t>(groups_per_row(s.width) + 1) * format.bytesPerGroup,
+      kAlign));
+  rows = (static_cast<int32_t>(round_up(static_cast<size_t>(s.height), 2)) + 2) *
+         format.rowsPerPicRow;
+  data = Buffer(static_cast<size_t>(pitch) * static_cast<size_t>(rows));
+  data.fill(0x10);
+}
+
+// ------------------------------------------------------------------ counters
+
+void set_rate_counters(benchmark::State& state, Size size,
+                       int64_t bytesWritten) {
+  state.counters["pixels/s"] = benchmark::Counter(
+      static_cast<double>(int64_t{size.width} * size.height),
+      benchmark::Counter::kIsIterationInvariantRate);
+  state.SetBytesProcessed(state.iterations() * bytesWritten);
+}
+
+// ------------------------------------------------------------------ registration
+
+void register_sizes(const std::string& name, Setup setup,
+                    std::function<int64_t(Size)> bytesWritten) {
+  for (const Size size : kSizes) {
+    const std::string full = name + "/" + size_name(size);
+    benchmark::RegisterBenchmark(
+        full.c_str(),
+        [setup, bytesWritten, size](benchmark::State& state) {
+          const Body body = setup(size);
+          body();  // warm caches and page tables before timing
+          for (auto _ : state) {
+            body();
+            benchmark::ClobberMemory();
+          }
+          set_rate_counters(state, size, bytesWritten(size));
+        })
+        ->Unit(benchmark::kMicrosecond);
+  }
+}
+
+tag_ajust_contrast_info bench_adjustment() {
+  tag_ajust_contrast_info info{};
+  info.lumaGain = 80;
+  info.chromaGain = 96;
+  info.lumaOffset = -8;
+  info.uOffset = 128 - 192;
+  info.vOffset = 128 - 192;
+  return info;
+}
+
+void register_planar_kernel(const char* name, Kernel9 kernel,
+                            const Format& format, bool adjusting) {
+  register_sizes(
+      name,
+      [kernel, format, adjusting](Size size) -> Body {
+        auto src = std::make_shared<PlanarFrame>(size, 1234u);
+        auto dst = std::make_shared<Surface>(size, format);
+        auto adjust = std::make_shared<tag_ajust_contrast_info>(
+            bench_adjustment());
+        if (adjusting) get_contrast_data(adjust.get());
+        tag_ajust_contrast_info* arg = adjusting ? adjust.get() : nullptr;
+        return [kernel, src, dst, adjust, arg, size]() {
+          kernel(src->y.data(), src->u.data(), src->v.data(), dst->data.data(),
+                 size.width, size.height, src->pitch, dst->pitch, arg);
+        };
+      },
+      [format](Size size) { return format.bytes_written(size); });
+}
+
+void register_roofline_copy(const Format& format) {
+  register_sizes(
+      std::string("roofline_copy/") + format.name,
+      [format](Size size) -> Body {
+        const size_t bytes = static_cast<size_t>(format.bytes_written(size));
+        auto src = std::make_shared<Buffer>(bytes);
+        auto dst = std::make_shared<Buffer>(bytes);
+        src->fill_random(99u);
+        dst->fill(0);
+        return [src, dst, bytes]() {
+          std::memcpy(dst->data(), src->data(), bytes);
+        };
+      },
+      [format](Size size) { return format.bytes_written(size); });
+}
+
+}  // namespace yuvblit_bench

@@ -1,0 +1,152 @@
+// Shared pieces of the kernel benchmarks: frame and surface allocation,
+// rate counters, per-size registration and the memory-copy roofline.
+//
+// A family's bench file registers its kernels at static-initialisation time:
+//
+//   YUVBLIT_BENCHMARKS(planar_to_rgb32) {
+//     register_planar_kernel("loadimage_rgb32", loadimage_rgb32, kRgb32);
+//     register_roofline_copy(kRgb32);
+//   }
+//
+// Every entry is named <name>/<width>x<height> and reports pixels/s over
+// width x height, plus bytes_per_second over the bytes the kernel writes, so
+// a kernel, its peers and the copy roofline can be compared line by line.
+#pragma once
+
+#include <benchmark/benchmark.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "yuvblit.h"
+
+namespace yuvblit_bench {
+
+// ------------------------------------------------------------------ sizes
+
+struct Size {
+  int32_t width;
+  int32_t height;
+};
+
+// The picture sizes every kernel is measured at.
+inline constexpr Size kSizes[] = {{720, 480}, {1920, 1080}};
+
+std::string size_name(Size s);  // "720x480"
+
+// ------------------------------------------------------------------ buffers
+
+// 64-byte aligned heap bytes.
+class Buffer {
+ public:
+  Buffer() = default;
+  explicit Buffer(size_t bytes);
+  uint8_t* data() const { return data_.get(); }
+  size_t size() const { return size_; }
+  void fill_random(uint32_t seed);
+  void fill(uint8_t value);
+
+ private:
+  struct Free {
+    void operator()(uint8_t* p) const;
+  };
+  std::unique_ptr<uint8_t, Free> data_;
+  size_t size_ = 0;
+};
+
+// Kernels work in groups of 16 pixels.
+inline constexpr int32_t kGroupPixels = 16;
+inline int32_t groups_per_row(int32_t width) {
+  return width <= kGroupPixels ? 1 : (width + kGroupPixels - 1) / kGroupPixels;
+}
+
+// A planar 4:2:0 source with random samples. The luma pitch covers whole
+// 16-pixel groups (chroma pitch is half of it) and every plane has a spare
+// row below the picture, so kernels that round width and height up to whole
+// groups and row pairs stay inside the allocation.
+struct PlanarFrame {
+  PlanarFrame(Size size, uint32_t seed);
+
+  Size size;
+  int32_t pitch;        // luma bytes per row
+  int32_t chromaPitch;  // pitch / 2
+  Buffer y, u, v;
+};
+
+// A packed destination format, described per 16-pixel group of source
+// pixels.
+struct Format {
+  const char* name;        // used in roofline entry names
+  int32_t bytesPerGroup;   // bytes one row of one group writes
+  int32_t rowsPerPicRow;   // destination rows per source row (1, or 2 when
+                           // stretching vertically)
+  // Bytes a width x height picture writes, rows rounded to whole groups.
+  int64_t bytes_written(Size s) const;
+};
+
+inline constexpr Format kYuy2{"yuy2", 32, 1};
+inline constexpr Format kHalfYuy2{"half_yuy2", 16, 1};
+
+// A destination surface for `format`: pitch has room for one group beyond
+// the right edge (rounded up to 64 bytes), and there is one row pair of
+// spare rows below the picture. Filled with a constant so first-touch page
+// faults stay out of the timed loop.
+struct Surface {
+  Surface(Size size, const Format& format);
+
+  int32_t pitch;
+  int32_t rows;
+  Buffer data;
+};
+
+// ------------------------------------------------------------------ counters
+
+// Sets pixels/s (width x height per iteration) and bytes_per_second (bytes
+// the kernel writes per iteration). Call after the timed loop.
+void set_rate_counters(benchmark::State& state, Size size,
+                       int64_t bytesWritten);
+
+// ------------------------------------------------------------------ registration
+
+// Runs one frame. Built by a Setup outside the timed loop; owns or shares
+// whatever buffers it touches.
+using Body = std::function<void()>;
+using Setup = std::function<Body(Size)>;
+
+// Registers `name`/WxH for every size in kSizes. Each run calls setup(size)
+// once, untimed, then times body() per iteration; `bytesWritten` feeds the
+// bytes_per_second counter.
+void register_sizes(const std::string& name, Setup setup,
+                    std::function<int64_t(Size)> bytesWritten);
+
+// The nine-argument kernel signature.
+using Kernel9 = void (*)(void* srcY, void* srcU, void* srcV, void* dst,
+                         int32_t width, int32_t height, int32_t srcPitch,
+                         int32_t dstPitch, tag_ajust_contrast_info* adjust);
+
+// A picture adjustment that changes every sample (gains away from 64,
+// offsets away from 0), loaded with get_contrast_data() before adjusting
+// kernels run.
+tag_ajust_contrast_info bench_adjustment();
+
+// Registers a planar 4:2:0 source kernel writing `format`, one entry per
+// size. Adjusting kernels get bench_adjustment() loaded before timing and
+// passed as the last argument.
+void register_planar_kernel(const char* name, Kernel9 kernel,
+                            const Format& format, bool adjusting);
+
+// Registers roofline_copy/<format.name>/WxH: memcpy of the bytes a kernel
+// writing `format` produces, from a source buffer of that size.
+void register_roofline_copy(const Format& format);
+
+}  // namespace yuvblit_bench
+
+// Declares a registration function run once at start-up.
+#define YUVBLIT_BENCHMARKS(family)                                        \
+  static void yuvblit_register_##family();                                \
+  [[maybe_unused]] static const bool yuvblit_registered_##family =        \
+      (yuvblit_register_##family(), true);                                \
+  static void yuvblit_register_##family()
