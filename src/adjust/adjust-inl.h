@@ -1,4 +1,5 @@
-// Vector form of the sample adjustment (per-target Highway code).
+// Vector form of the sample adjustment, and the byte <-> 16-bit lane
+// helpers the colour arithmetic shares (per-target Highway code).
 #if defined(YUVBLIT_ADJUST_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef YUVBLIT_ADJUST_INL_H_
 #undef YUVBLIT_ADJUST_INL_H_
@@ -14,29 +15,51 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Applies one SampleAdjust to every byte of a u8 vector. The bytes are
-// split into the low and high byte of each 16-bit lane, so lane order never
-// changes and no shuffle is needed.
+// Splits bytes into their even (low) and odd (high) bytes as int16 lanes,
+// so 8-bit samples are widened without changing lane order.
+template <class D8>
+HWY_INLINE void SplitEvenOdd(D8 /*d8*/, hn::Vec<D8> bytes,
+                             hn::Vec<hn::Repartition<int16_t, D8>>& even,
+                             hn::Vec<hn::Repartition<int16_t, D8>>& odd) {
+  const hn::Repartition<int16_t, D8> d16;
+  const hn::Repartition<uint16_t, D8> du16;
+  const auto wide = hn::BitCast(du16, bytes);
+  even = hn::BitCast(d16, hn::And(wide, hn::Set(du16, 0xFF)));
+  odd = hn::BitCast(d16, hn::ShiftRight<8>(wide));
+}
+
+// The inverse: even and odd values 0..255 back into bytes in pixel order.
+template <class D16>
+HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D16>> JoinEvenOdd(D16 /*d16*/,
+                                                             hn::Vec<D16> even,
+                                                             hn::Vec<D16> odd) {
+  const hn::Repartition<uint8_t, D16> d8;
+  return hn::BitCast(d8, hn::Or(even, hn::ShiftLeft<8>(odd)));
+}
+
+// Unsigned saturation of a signed 16-bit value to 0..255, kept in 16 bits.
+template <class D16>
+HWY_INLINE hn::Vec<D16> ClampToByte(D16 d16, hn::Vec<D16> v) {
+  return hn::Min(hn::Max(v, hn::Zero(d16)), hn::Set(d16, 255));
+}
+
+// Sample adjustment of int16 lanes holding 0..255: x * gain (low 16 bits),
+// +32 saturating, logical >> 6, + offset saturating, clamped to 0..255.
+template <class D16>
+HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
+  const hn::RebindToUnsigned<D16> du16;
+  auto r = hn::SaturatedAdd(hn::Mul(x, hn::Set(d16, a.gain)), hn::Set(d16, 32));
+  r = hn::BitCast(d16, hn::ShiftRight<6>(hn::BitCast(du16, r)));
+  return ClampToByte(d16, hn::SaturatedAdd(r, hn::Set(d16, a.offset)));
+}
+
+// Applies one SampleAdjust to every byte of a u8 vector.
 template <class D8>
 HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, SampleAdjust a) {
   const hn::Repartition<int16_t, D8> d16;
-  const hn::Repartition<uint16_t, D8> du16;
-  const auto gain = hn::Set(d16, a.gain);
-  const auto offset = hn::Set(d16, a.offset);
-  const auto rounding = hn::Set(d16, 32);
-  const auto zero = hn::Zero(d16);
-  const auto max8 = hn::Set(d16, 255);
-  auto adjust = [&](hn::Vec<decltype(d16)> x) {
-    auto r = hn::SaturatedAdd(hn::Mul(x, gain), rounding);
-    r = hn::BitCast(d16, hn::ShiftRight<6>(hn::BitCast(du16, r)));
-    r = hn::SaturatedAdd(r, offset);
-    return hn::Min(hn::Max(r, zero), max8);
-  };
-  const auto wide = hn::BitCast(du16, bytes);
-  const auto even = adjust(hn::BitCast(d16, hn::And(wide, hn::Set(du16, 0xFF))));
-  const auto odd = adjust(hn::BitCast(d16, hn::ShiftRight<8>(wide)));
-  return hn::BitCast(d8, hn::Or(hn::BitCast(du16, even),
-                                hn::ShiftLeft<8>(hn::BitCast(du16, odd))));
+  hn::Vec<decltype(d16)> even, odd;
+  SplitEvenOdd(d8, bytes, even, odd);
+  return JoinEvenOdd(d16, AdjustWide(d16, even, a), AdjustWide(d16, odd, a));
 }
 
 }  // namespace HWY_NAMESPACE

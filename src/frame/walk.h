@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 
 namespace yuvblit {
 
@@ -45,16 +46,20 @@ inline bool overlaps(const void* a, size_t na, const void* b, size_t nb) {
 
 namespace yuvblit {
 
-// Runs a row-pair operation `op(firstGroup, count)` over `groups` groups.
-// The kernels store a group's first row before its second and move right
-// group by group; a row operation that stores several groups of one row at
-// once gives the same bytes unless the two destination rows share bytes
-// (a pitch tighter than the rows), and then it runs group by group.
+// Runs a row operation `op(firstGroup, count)` over `groups` groups whose
+// destination rows start at `rows`. The kernels store each group's rows in
+// order (first row before second) and move right group by group; a row
+// operation that stores several groups of one row at once gives the same
+// bytes unless two destination rows share bytes (pitches tighter than a
+// row, planes placed on top of each other), and then it runs group by group.
 template <class Op>
-inline void run_pair_groups(const void* row0, const void* row1,
-                            size_t bytesPerGroup, size_t groups, Op op) {
+inline void run_row_groups(std::initializer_list<const void*> rows,
+                           size_t bytesPerGroup, size_t groups, Op op) {
   const size_t bytes = bytesPerGroup * groups;
-  if (!overlaps(row0, bytes, row1, bytes)) {
+  bool shared = false;
+  for (auto a = rows.begin(); a != rows.end(); ++a)
+    for (auto b = a + 1; b != rows.end(); ++b) shared |= overlaps(*a, bytes, *b, bytes);
+  if (!shared) {
     op(size_t{0}, groups);
     return;
   }

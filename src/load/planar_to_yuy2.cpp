@@ -73,7 +73,7 @@ YUVBLIT_A9(loadimage_yuy2) {
   do {
     const uint8_t* y1 = step(c.y, srcPitch);
     uint8_t* d1 = step(c.d, dstPitch);
-    run_pair_groups(c.d, d1, 32, groups, [&](size_t g, size_t n) {
+    run_row_groups({c.d, d1}, 32, groups, [&](size_t g, size_t n) {
       planar_pair_to_yuy2(c.y + 16 * g, y1 + 16 * g, c.u + 8 * g,
                           c.v + 8 * g, c.d + 32 * g, d1 + 32 * g, n);
     });
