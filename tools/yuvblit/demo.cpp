@@ -1,0 +1,143 @@
+#include "demo.h"
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "errors.h"
+#include "kernels.h"
+#include "png_writer.h"
+#include "staged_files.h"
+#include "test_pattern.h"
+#include "view.h"
+#include "y4m.h"
+
+namespace ybtool {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string html_escape(const std::string& s) {
+  std::string out;
+  for (char c : s) {
+    switch (c) {
+      case '&': out += "&amp;"; break;
+      case '<': out += "&lt;"; break;
+      case '>': out += "&gt;"; break;
+      case '"': out += "&quot;"; break;
+      default: out += c;
+    }
+  }
+  return out;
+}
+
+struct Card {
+  std::string file, title, description, details;
+};
+
+Picture420 first_frame(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) throw ToolError(path + ": cannot open (" + std::strerror(errno) + ")");
+  Y4mReader reader(in, path);
+  Picture420 picture;
+  if (!reader.read_frame(picture)) throw ToolError(path + ": contains no frames");
+  return picture;
+}
+
+std::string contact_sheet(const std::string& picture_name,
+                          const std::vector<Card>& cards) {
+  std::ostringstream h;
+  h << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+       "<title>yuvblit kernels</title>\n<style>\n"
+       "body { font-family: sans-serif; background: #222; color: #ddd; margin: 1.5em; }\n"
+       ".sheet { display: flex; flex-wrap: wrap; gap: 1.5em; align-items: flex-start; }\n"
+       "figure { margin: 0; background: #333; padding: 0.75em; border-radius: 6px; }\n"
+       "img { display: block; image-rendering: pixelated; }\n"
+       "figcaption { max-width: 720px; margin-top: 0.5em; line-height: 1.4; }\n"
+       "code { color: #fff; font-weight: bold; }\n"
+       ".details { color: #aaa; font-size: 90%; }\n"
+       "</style>\n</head>\n<body>\n<h1>yuvblit kernels</h1>\n<p>"
+    << html_escape(picture_name)
+    << " run through every kernel of the library, shown at 1:1. Surfaces are "
+       "filled with magenta before each kernel runs, so magenta pixels are "
+       "ones the kernel did not write.</p>\n<div class=\"sheet\">\n";
+  for (const Card& c : cards) {
+    h << "<figure>\n<img src=\"" << html_escape(c.file) << "\" alt=\""
+      << html_escape(c.title) << "\">\n<figcaption><code>"
+      << html_escape(c.title) << "</code> &mdash; "
+      << html_escape(c.description) << "<br><span class=\"details\">"
+      << html_escape(c.details) << "</span></figcaption>\n</figure>\n";
+  }
+  h << "</div>\n</body>\n</html>\n";
+  return h.str();
+}
+
+}  // namespace
+
+std::vector<std::string> run_demo(const DemoOptions& options) {
+  const fs::path dir(options.out_dir);
+  std::error_code ec;
+  fs::create_directories(dir, ec);
+  if (ec || !fs::is_directory(dir))
+    throw ToolError(options.out_dir + ": cannot create directory (" +
+                    (ec ? ec.message() : std::string("not a directory")) + ")");
+
+  const bool builtin = options.input.empty();
+  const Picture420 picture =
+      builtin ? make_test_picture() : first_frame(options.input);
+  const std::string picture_name =
+      builtin ? "The built-in test picture" : "The first frame of " + options.input;
+  const std::string size =
+      std::to_string(picture.width) + "x" + std::to_string(picture.height);
+  const KernelSource source = prepare_source(picture);
+
+  StagedFiles staged;
+  std::vector<std::string> written;
+  std::vector<Card> cards;
+  Viewer viewer;
+  auto stage_png = [&](const std::string& file, const RgbImage& image) {
+    const std::string path = (dir / file).string();
+    write_png(staged.add(path), image);
+    written.push_back(path);
+  };
+
+  stage_png("source.png", viewer.view(picture));
+  cards.push_back({"source.png", "source",
+                   builtin ? "the built-in test picture: colour bars, luma "
+                             "ramp, U and V ramps, zone plate and fine lines"
+                           : "first frame of " + options.input,
+                   "planar 4:2:0, " + size});
+
+  for (const KernelInfo& k : all_kernels()) {
+    const tag_ajust_contrast_info adjust =
+        k.adjusts ? demo_adjustment() : identity_adjustment();
+    const Surface surface = run_kernel(k, source, adjust);
+    const std::string file = std::string(k.name) + ".png";
+    stage_png(file, viewer.view(surface));
+    cards.push_back(
+        {file, k.name, k.description,
+         std::string(surface_format_info(k.output).name) + " " +
+             std::to_string(surface.width) + "x" +
+             std::to_string(surface.height) + "; adjustment: " +
+             (k.adjusts ? describe_adjustment(adjust) +
+                              " (more contrast and saturation, grey kept)"
+                        : "none (this kernel does not read it)")});
+  }
+
+  const std::string index = (dir / "index.html").string();
+  {
+    const std::string temp = staged.add(index);
+    std::ofstream html(temp, std::ios::binary);
+    html << contact_sheet(picture_name, cards);
+    html.close();
+    if (!html)
+      throw ToolError(index + ": cannot write (" + std::strerror(errno) + ")");
+  }
+  written.push_back(index);
+  staged.commit(written);
+  return written;
+}
+
+}  // namespace ybtool

@@ -1,0 +1,21 @@
+// The `demo` subcommand: one picture through every kernel, as PNG files and
+// an HTML contact sheet.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace ybtool {
+
+struct DemoOptions {
+  std::string out_dir = "out/demo";
+  std::string input;  // a YUV4MPEG2 file whose first frame is used; empty:
+                      // the built-in test picture
+};
+
+// Writes source.png, KERNEL.png for every kernel and index.html into
+// out_dir (created when missing). Returns the paths written. Throws
+// ToolError; on failure none of the files is left behind.
+std::vector<std::string> run_demo(const DemoOptions& options);
+
+}  // namespace ybtool

@@ -1,0 +1,80 @@
+// The registry of library kernels the tool can run. Each entry says what the
+// kernel is, what it writes and which runner calls it; a runner knows one
+// calling convention (today the nine-argument planar form). Adding a kernel
+// of a known convention is one table row in kernels.cpp; a new output format
+// also needs its row in surface.cpp and its case in view.cpp.
+#pragma once
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "picture.h"
+#include "surface.h"
+#include "yuvblit.h"
+
+namespace ybtool {
+
+// A planar frame laid out the way the kernels need it: width rounded up to
+// whole 16-pixel groups, height to whole row pairs, one spare group at the
+// right of every row and spare rows at the bottom, all padding repeating the
+// picture's edge pixels. The kernels are run over run_width x run_height, so
+// no row ever drifts, and the tool crops their output to the picture.
+struct KernelSource {
+  int width = 0, height = 0;          // the picture
+  int run_width = 0, run_height = 0;  // the area the kernels are asked to cover
+  int pitch = 0;                      // luma bytes per row; chroma uses pitch/2
+  std::vector<uint8_t> y, u, v;
+};
+
+KernelSource prepare_source(const Picture420& picture);
+
+// Output picture size relative to the input picture.
+enum class Geometry {
+  kSame,       // W x H
+  kHalfWidth,  // ceil(W/2) x H
+};
+
+struct KernelInfo;
+
+using Kernel9 = void (*)(void*, void*, void*, void*, int32_t, int32_t,
+                         int32_t, int32_t, tag_ajust_contrast_info*);
+using KernelRunner = Surface (*)(const KernelInfo&, const KernelSource&,
+                                 const tag_ajust_contrast_info&);
+
+struct KernelInfo {
+  const char* name;         // the library's entry point
+  const char* family;       // kernels are listed grouped by this
+  const char* description;  // one line
+  SurfaceFormat output;
+  Geometry geometry;
+  bool adjusts;             // reads the get_contrast_data() constants
+  Kernel9 entry;
+  KernelRunner run;
+};
+
+const std::vector<KernelInfo>& all_kernels();
+const KernelInfo* find_kernel(const std::string& name);
+
+void output_size(const KernelInfo& kernel, int width, int height,
+                 int& out_width, int& out_height);
+
+// Loads `adjust` into the library when the kernel reads it, then runs it on
+// a fresh marker-filled surface.
+Surface run_kernel(const KernelInfo& kernel, const KernelSource& source,
+                   const tag_ajust_contrast_info& adjust);
+
+// Gains 64, offsets 0: every sample unchanged.
+tag_ajust_contrast_info identity_adjustment();
+// Gains `luma_gain` and `chroma_gain` pivoting about 128, so mid-grey and
+// neutral chroma stay where they are.
+tag_ajust_contrast_info pivot_adjustment(int luma_gain, int chroma_gain);
+// The adjustment the demo shows: more contrast and saturation.
+tag_ajust_contrast_info demo_adjustment();
+std::string describe_adjustment(const tag_ajust_contrast_info& adjust);
+
+// The `list` subcommand's text.
+void print_kernel_list(std::ostream& out);
+
+}  // namespace ybtool

@@ -1,0 +1,162 @@
+// yuvblit: runs the library's pixel kernels on pictures and shows what they
+// produce. Subcommands: demo, convert, list.
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <new>
+
+#include "convert.h"
+#include "demo.h"
+#include "errors.h"
+#include "kernels.h"
+
+#ifndef YUVBLIT_VERSION
+#define YUVBLIT_VERSION "unknown"
+#endif
+
+namespace {
+
+constexpr const char* kAbout =
+    "yuvblit runs the yuvblit library's pixel kernels - the routines a video\n"
+    "player's display path uses to turn decoded planar 4:2:0 frames into\n"
+    "display surfaces, with optional picture adjustment - on real pictures,\n"
+    "and saves what they wrote as PNG images you can look at.\n"
+    "\n"
+    "Surfaces are filled with magenta before a kernel runs, so any magenta\n"
+    "in the output is where the kernel wrote nothing.";
+
+constexpr const char* kFooter =
+    "Examples:\n"
+    "  yuvblit demo                      every kernel on the built-in picture,\n"
+    "                                    then open out/demo/index.html\n"
+    "  yuvblit list                      what each kernel does\n"
+    "  yuvblit convert clip.y4m -k loadimage_yuy2 -o clip.png\n"
+    "\n"
+    "Run 'yuvblit SUBCOMMAND --help' for the options of each subcommand.";
+
+constexpr const char* kConvertAbout =
+    "Runs one kernel on every frame of an 8-bit 4:2:0 YUV4MPEG2 file\n"
+    "(colour space C420jpeg, C420mpeg2, C420paldv, C420 or none given) and\n"
+    "saves the result.\n"
+    "\n"
+    "Output naming: when OUTPUT ends in .png, one frame is written to OUTPUT\n"
+    "itself and several to OUTPUT's name with -0001, -0002, ... before .png\n"
+    "(clip.png -> clip-0001.png, clip-0002.png). Any other OUTPUT gets the\n"
+    "raw surfaces, frame after frame, each row cropped to the picture (for a\n"
+    "YUY2 kernel: packed Y0 U Y1 V, 2 bytes per pixel, width rounded up to\n"
+    "even).\n"
+    "\n"
+    "Widths are rounded up to whole 16-pixel groups (repeating the right edge)\n"
+    "and heights to even before a kernel runs; the output is cropped back.\n"
+    "Without adjustment options the adjusting kernels get the identity\n"
+    "adjustment (gains 64, offsets 0). A sample s becomes s*gain/64 + offset;\n"
+    "chroma stays neutral when the U and V offsets are 128 - 2*chroma-gain.\n"
+    "\n"
+    "Files are written under temporary names and renamed only when every\n"
+    "frame has been converted: a bad, truncated or interrupted input leaves\n"
+    "no output behind.";
+
+constexpr const char* kDemoAbout =
+    "Renders a picture through every kernel the library provides and writes\n"
+    "DIR/source.png, one DIR/KERNEL.png per kernel and DIR/index.html, a\n"
+    "contact sheet showing them side by side with what each kernel does and\n"
+    "the adjustment used. Without INPUT the built-in 720x480 test picture is\n"
+    "used (colour bars, luma and chroma ramps, zone plate, fine lines);\n"
+    "adjusting kernels get more contrast and saturation with grey kept grey.";
+
+constexpr const char* kListAbout =
+    "Lists the kernels by family, with what each does and the surface it "
+    "writes.";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app(kAbout, "yuvblit");
+  app.footer(kFooter);
+  app.set_version_flag("--version", std::string("yuvblit ") + YUVBLIT_VERSION);
+  app.require_subcommand(1);
+  app.get_formatter()->column_width(28);
+
+  ybtool::DemoOptions demo;
+  CLI::App* demo_cmd = app.add_subcommand("demo", kDemoAbout);
+  demo_cmd->add_option("INPUT", demo.input,
+                       "YUV4MPEG2 file whose first frame to use instead of the "
+                       "built-in picture");
+  demo_cmd->add_option("--out,-o", demo.out_dir, "output directory")
+      ->capture_default_str()
+      ->type_name("DIR");
+
+  ybtool::ConvertOptions convert;
+  CLI::App* convert_cmd = app.add_subcommand("convert", kConvertAbout);
+  convert_cmd->add_option("INPUT", convert.input,
+                          "YUV4MPEG2 file, or - for standard input")
+      ->required();
+  convert_cmd->add_option("--kernel,-k", convert.kernel,
+                          "kernel to run (see 'yuvblit list')")
+      ->required()
+      ->type_name("NAME");
+  convert_cmd->add_option("--output,-o", convert.output,
+                          "OUT.png for PNG files, any other name for raw "
+                          "surfaces")
+      ->required()
+      ->type_name("OUT");
+  convert_cmd->add_option("--frames,-n", convert.max_frames,
+                          "convert only the first N frames")
+      ->check(CLI::PositiveNumber)
+      ->type_name("N");
+  const CLI::Range int16_range(-32768, 32767);
+  auto& a = convert.adjust;
+  convert_cmd->add_option("--luma-gain", a.lumaGain,
+                          "luma gain in 1/64 (64 = unchanged)")
+      ->check(int16_range)->capture_default_str()->type_name("G");
+  convert_cmd->add_option("--chroma-gain", a.chromaGain,
+                          "U and V gain in 1/64 (64 = unchanged)")
+      ->check(int16_range)->capture_default_str()->type_name("G");
+  convert_cmd->add_option("--luma-offset", a.lumaOffset,
+                          "added to luma after the gain")
+      ->check(int16_range)->capture_default_str()->type_name("O");
+  convert_cmd->add_option("--u-offset", a.uOffset,
+                          "added to U after the gain")
+      ->check(int16_range)->capture_default_str()->type_name("O");
+  convert_cmd->add_option("--v-offset", a.vOffset,
+                          "added to V after the gain")
+      ->check(int16_range)->capture_default_str()->type_name("O");
+  convert_cmd->add_option("--rgb16-layout", a.rgb16Layout,
+                          "RGB16 pixel layout 0..3, read by RGB16 kernels only")
+      ->check(CLI::Range(0, 3))->capture_default_str()->type_name("L");
+
+  app.add_subcommand("list", kListAbout);
+
+  CLI11_PARSE(app, argc, argv);
+
+  try {
+    if (app.got_subcommand("list")) {
+      ybtool::print_kernel_list(std::cout);
+    } else if (app.got_subcommand("demo")) {
+      for (const std::string& f : ybtool::run_demo(demo))
+        std::cout << "wrote " << f << "\n";
+    } else if (app.got_subcommand("convert")) {
+      const bool tty = isatty(STDERR_FILENO);
+      const ybtool::ConvertResult r =
+          ybtool::run_convert(convert, tty ? &std::cerr : nullptr);
+      if (r.files.size() == 1)
+        std::cout << "wrote " << r.files.front();
+      else
+        std::cout << "wrote " << r.files.front() << " .. " << r.files.back();
+      std::cout << ": " << r.frames << (r.frames == 1 ? " frame" : " frames")
+                << " of " << r.width << "x" << r.height << " " << r.format
+                << " from " << convert.kernel << "\n";
+    }
+  } catch (const ybtool::ToolError& e) {
+    std::cerr << "yuvblit: " << e.what() << "\n";
+    return 1;
+  } catch (const std::bad_alloc&) {
+    std::cerr << "yuvblit: out of memory\n";
+    return 1;
+  } catch (const std::exception& e) {
+    std::cerr << "yuvblit: " << e.what() << "\n";
+    return 1;
+  }
+  return 0;
+}
