@@ -3,40 +3,13 @@
 // make every later row start further right.
 #include "adjust/adjustment.h"
 #include "frame/walk.h"
+#include "load/planar_cursor.h"
 #include "load/yuy2_rows.h"
 #include "yuvblit.h"
 
 using namespace yuvblit;
 
 namespace {
-
-struct PlanarCursor {
-  const uint8_t* y;
-  const uint8_t* u;
-  const uint8_t* v;
-  uint8_t* d;
-
-  PlanarCursor(void* srcY, void* srcU, void* srcV, void* dst)
-      : y(static_cast<const uint8_t*>(srcY)),
-        u(static_cast<const uint8_t*>(srcU)),
-        v(static_cast<const uint8_t*>(srcV)),
-        d(static_cast<uint8_t*>(dst)) {}
-
-  // After a row of `groups` groups: luma 16, chroma 8 and destination
-  // `dstPerGroup` bytes per group.
-  void advance_groups(size_t groups, size_t dstPerGroup) {
-    y += 16 * groups;
-    u += 8 * groups;
-    v += 8 * groups;
-    d += dstPerGroup * groups;
-  }
-  void step_luma(int64_t bytes) { y = step(y, bytes); }
-  void step_chroma(int64_t bytes) {
-    u = step(u, bytes);
-    v = step(v, bytes);
-  }
-  void step_dst(int64_t bytes) { d = step(d, bytes); }
-};
 
 // The walk of the three row-by-row kernels: first row of a pair, chroma
 // rewound by width/2, second row, then on to the next chroma row.

@@ -1,0 +1,63 @@
+// Planar 4:2:0 frame onto RGB32, RGB24 and RGB16 surfaces: the walks. Both
+// rows of a pair share the chroma row; groups are 16 pixels; row pairs end
+// with steps computed from `width`, so other widths drift right.
+#include <optional>
+
+#include "adjust/adjustment.h"
+#include "frame/walk.h"
+#include "load/planar_cursor.h"
+#include "load/rgb_rows.h"
+#include "yuvblit.h"
+
+namespace yuvblit {
+
+std::optional<RgbFormat> rgb_format(RgbPacking packing, const tag_ajust_contrast_info* adjust) {
+  if (packing != RgbPacking::kRgb16) return RgbFormat{packing, {}};
+  if (adjust->rgb16Layout > 3) return std::nullopt;
+  return RgbFormat{packing, kRgb16Layouts[adjust->rgb16Layout]};
+}
+
+namespace {
+
+void planar_to_rgb(void* srcY, void* srcU, void* srcV, void* dst, int32_t width,
+                   int32_t height, int32_t srcPitch, int32_t dstPitch,
+                   const tag_ajust_contrast_info* record, RgbPacking packing, bool adjusts) {
+  const std::optional<RgbFormat> format = rgb_format(packing, record);
+  if (!format) return;
+  const Adjustment a = current_adjustment();
+  const size_t bpp = bytes_per_pixel(packing);
+  PlanarCursor c(srcY, srcU, srcV, dst);
+  const size_t groups = passes(static_cast<uint32_t>(width), 16);
+  uint32_t rows = static_cast<uint32_t>(height);
+  do {
+    const uint8_t* y1 = step(c.y, srcPitch);
+    uint8_t* d1 = step(c.d, dstPitch);
+    run_row_groups({c.d, d1}, 16 * bpp, groups, [&](size_t g, size_t n) {
+      planar_pair_to_rgb(c.y + 16 * g, y1 + 16 * g, c.u + 8 * g, c.v + 8 * g,
+                         c.d + 16 * bpp * g, d1 + 16 * bpp * g, n, *format,
+                         adjusts ? &a : nullptr);
+    });
+    c.advance_groups(groups, 16 * bpp);
+    c.step_luma(2 * int64_t{srcPitch} - width);
+    c.step_chroma(half(wrap32(int64_t{srcPitch} - width)));
+    c.step_dst(2 * int64_t{dstPitch} - static_cast<int64_t>(bpp) * width);
+  } while (more(rows, 2));
+}
+
+}  // namespace
+}  // namespace yuvblit
+
+using yuvblit::RgbPacking;
+
+#define YUVBLIT_PLANAR_TO_RGB(name, packing, adjusts)                                  \
+  YUVBLIT_A9(name) {                                                                   \
+    yuvblit::planar_to_rgb(srcY, srcU, srcV, dst, width, height, srcPitch, dstPitch, \
+                           adjust, packing, adjusts);                                  \
+  }
+
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb32, RgbPacking::kRgb32, false)
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb24, RgbPacking::kRgb24, false)
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb16, RgbPacking::kRgb16, false)
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb32_ajust, RgbPacking::kRgb32, true)
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb24_ajust, RgbPacking::kRgb24, true)
+YUVBLIT_PLANAR_TO_RGB(loadimage_rgb16_ajust, RgbPacking::kRgb16, true)

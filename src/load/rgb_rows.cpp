@@ -1,0 +1,101 @@
+// Vector row operations from YUV to RGB surfaces.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "load/rgb_rows.cpp"
+#include "hwy/foreach_target.h"  // IWYU pragma: keep
+
+#include "hwy/highway.h"
+#include "adjust/adjust-inl.h"
+#include "adjust/color-inl.h"
+#include "frame/groups-inl.h"
+#include "load/rgb_rows.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace yuvblit {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+template <RgbPacking P, class D16>
+HWY_INLINE void StoreRgb(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
+                         const Rgb16Layout& layout, uint8_t* dst) {
+  if constexpr (P == RgbPacking::kRgb32) {
+    StoreRgb32(d16, even, odd, dst);
+  } else if constexpr (P == RgbPacking::kRgb24) {
+    StoreRgb24(d16, even, odd, dst);
+  } else {
+    StoreRgb16(d16, even, odd, layout, dst);
+  }
+}
+
+// Converts bytes of luma (pixel order) with the chroma terms of their pixel
+// pairs and stores them.
+template <RgbPacking P, bool kAdjust, class D8, class D16>
+HWY_INLINE void ConvertLuma(D8 d8, D16 d16, hn::Vec<D8> luma,
+                            const ChromaTermsV<D16>& terms, const RgbFormat& format,
+                            const Adjustment& a, uint8_t* dst) {
+  hn::Vec<D16> even, odd;
+  SplitEvenOdd(d8, luma, even, odd);
+  if (kAdjust) {
+    even = AdjustWide(d16, even, a.luma);
+    odd = AdjustWide(d16, odd, a.luma);
+  }
+  StoreRgb<P>(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms), format.layout,
+              dst);
+}
+
+template <RgbPacking P, bool kAdjust>
+void PairToRgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u, const uint8_t* v,
+               uint8_t* d0, uint8_t* d1, size_t groups, const RgbFormat& format,
+               const Adjustment& a) {
+  constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
+  ForGroups<16>(groups, [&](auto d8, size_t g) {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    const hn::Rebind<uint8_t, decltype(d16)> dc;
+    auto cu = hn::PromoteTo(d16, hn::LoadU(dc, u + 8 * g));
+    auto cv = hn::PromoteTo(d16, hn::LoadU(dc, v + 8 * g));
+    if (kAdjust) {
+      cu = AdjustWide(d16, cu, a.u);
+      cv = AdjustWide(d16, cv, a.v);
+    }
+    const auto terms = ChromaTerms(d16, cu, cv);
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), terms, format, a,
+                            d0 + kBpp * 16 * g);
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), terms, format, a,
+                            d1 + kBpp * 16 * g);
+  });
+}
+
+void PlanarPairToRgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
+                     const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups,
+                     const RgbFormat& format, const Adjustment* adjust) {
+  const Adjustment none{};
+  const Adjustment& a = adjust ? *adjust : none;
+  switch (format.packing) {
+    case RgbPacking::kRgb32:
+      return adjust ? PairToRgb<RgbPacking::kRgb32, true>(y0, y1, u, v, d0, d1, groups, format, a)
+                    : PairToRgb<RgbPacking::kRgb32, false>(y0, y1, u, v, d0, d1, groups, format, a);
+    case RgbPacking::kRgb24:
+      return adjust ? PairToRgb<RgbPacking::kRgb24, true>(y0, y1, u, v, d0, d1, groups, format, a)
+                    : PairToRgb<RgbPacking::kRgb24, false>(y0, y1, u, v, d0, d1, groups, format, a);
+    case RgbPacking::kRgb16:
+      return adjust ? PairToRgb<RgbPacking::kRgb16, true>(y0, y1, u, v, d0, d1, groups, format, a)
+                    : PairToRgb<RgbPacking::kRgb16, false>(y0, y1, u, v, d0, d1, groups, format, a);
+  }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace yuvblit
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace yuvblit {
+
+HWY_EXPORT(PlanarPairToRgb);
+
+void planar_pair_to_rgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
+                        const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups,
+                        const RgbFormat& format, const Adjustment* adjust) {
+  HWY_DYNAMIC_DISPATCH(PlanarPairToRgb)(y0, y1, u, v, d0, d1, groups, format, adjust);
+}
+
+}  // namespace yuvblit
+#endif  // HWY_ONCE
