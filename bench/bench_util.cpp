@@ -82,20 +82,21 @@ void set_rate_counters(benchmark::State& state, Size size,
 
 // ------------------------------------------------------------------ registration
 
-void register_sizes(const std::string& name, Setup setup,
-                    std::function<int64_t(Size)> bytesWritten) {
+void register_sizes(const std::string& name, const Format& output,
+                    Setup setup) {
   for (const Size size : kSizes) {
     const std::string full = name + "/" + size_name(size);
     benchmark::RegisterBenchmark(
         full.c_str(),
-        [setup, bytesWritten, size](benchmark::State& state) {
+        [setup, output, size](benchmark::State& state) {
           const Body body = setup(size);
           body();  // warm caches and page tables before timing
           for (auto _ : state) {
             body();
             benchmark::ClobberMemory();
           }
-          set_rate_counters(state, size, bytesWritten(size));
+          set_rate_counters(state, size, output.bytes_written(size));
+          state.SetLabel(output.name);
         })
         ->Unit(benchmark::kMicrosecond);
   }
@@ -114,7 +115,7 @@ tag_ajust_contrast_info bench_adjustment() {
 void register_planar_kernel(const char* name, Kernel9 kernel,
                             const Format& format, bool adjusting) {
   register_sizes(
-      name,
+      name, format,
       [kernel, format, adjusting](Size size) -> Body {
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, format);
@@ -126,13 +127,12 @@ void register_planar_kernel(const char* name, Kernel9 kernel,
           kernel(src->y.data(), src->u.data(), src->v.data(), dst->data.data(),
                  size.width, size.height, src->pitch, dst->pitch, arg);
         };
-      },
-      [format](Size size) { return format.bytes_written(size); });
+      });
 }
 
 void register_roofline_copy(const Format& format) {
   register_sizes(
-      std::string("roofline_copy/") + format.name,
+      std::string("roofline_copy/") + format.name, format,
       [format](Size size) -> Body {
         const size_t bytes = static_cast<size_t>(format.bytes_written(size));
         auto src = std::make_shared<Buffer>(bytes);
@@ -142,8 +142,7 @@ void register_roofline_copy(const Format& format) {
         return [src, dst, bytes]() {
           std::memcpy(dst->data(), src->data(), bytes);
         };
-      },
-      [format](Size size) { return format.bytes_written(size); });
+      });
 }
 
 }  // namespace yuvblit_bench

@@ -3,14 +3,19 @@
 //
 // A family's bench file registers its kernels at static-initialisation time:
 //
+//   inline constexpr Format kRgb32{"rgb32", 64, 1};
 //   YUVBLIT_BENCHMARKS(planar_to_rgb32) {
-//     register_planar_kernel("loadimage_rgb32", loadimage_rgb32, kRgb32);
+//     register_planar_kernel("loadimage_rgb32", loadimage_rgb32, kRgb32, false);
 //     register_roofline_copy(kRgb32);
 //   }
 //
+// A peer or a kernel with its own set-up uses register_sizes() with a Setup
+// that allocates its buffers and returns the per-frame body.
+//
 // Every entry is named <name>/<width>x<height> and reports pixels/s over
 // width x height, plus bytes_per_second over the bytes the kernel writes, so
-// a kernel, its peers and the copy roofline can be compared line by line.
+// a kernel, its peers and the copy roofline can be compared line by line
+// (bench/ratios.py turns a JSON run into that table).
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -117,10 +122,11 @@ using Body = std::function<void()>;
 using Setup = std::function<Body(Size)>;
 
 // Registers `name`/WxH for every size in kSizes. Each run calls setup(size)
-// once, untimed, then times body() per iteration; `bytesWritten` feeds the
-// bytes_per_second counter.
-void register_sizes(const std::string& name, Setup setup,
-                    std::function<int64_t(Size)> bytesWritten);
+// once, untimed, then times body() per iteration. `output` is what one run
+// writes: it feeds bytes_per_second and labels the entry with format.name,
+// which ties the entry to roofline_copy/<format.name> in bench/ratios.py.
+void register_sizes(const std::string& name, const Format& output,
+                    Setup setup);
 
 // The nine-argument kernel signature.
 using Kernel9 = void (*)(void* srcY, void* srcU, void* srcV, void* dst,

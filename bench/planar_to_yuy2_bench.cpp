@@ -22,7 +22,7 @@ namespace {
 #if YUVBLIT_BENCH_HAVE_LIBYUV
 void register_libyuv_i420_to_yuy2() {
   register_sizes(
-      "libyuv_I420ToYUY2",
+      "libyuv_I420ToYUY2", kYuy2,
       [](Size size) -> Body {
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, kYuy2);
@@ -32,15 +32,14 @@ void register_libyuv_i420_to_yuy2() {
                              dst->data.data(), dst->pitch, size.width,
                              size.height);
         };
-      },
-      [](Size size) { return kYuy2.bytes_written(size); });
+      });
 }
 #endif
 
 #if YUVBLIT_BENCH_HAVE_SWSCALE
 void register_swscale_yuv420p_to_yuyv422() {
   register_sizes(
-      "swscale_yuyv422",
+      "swscale_yuyv422", kYuy2,
       [](Size size) -> Body {
         av_log_set_level(AV_LOG_ERROR);
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
@@ -61,8 +60,7 @@ void register_swscale_yuv420p_to_yuyv422() {
           sws_scale(ctx.get(), planes, strides, 0, size.height, out,
                     outStrides);
         };
-      },
-      [](Size size) { return kYuy2.bytes_written(size); });
+      });
 }
 #endif
 
