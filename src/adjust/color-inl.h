@@ -34,7 +34,7 @@ struct RgbV {
 // u, v: samples 0..255 in int16 lanes.
 template <class D16>
 HWY_INLINE ChromaTermsV<D16> ChromaTerms(D16 d16, hn::Vec<D16> u, hn::Vec<D16> v) {
-  using namespace yuv_to_rgb;
+  using namespace yuv_constants;
   u = hn::Sub(u, hn::Set(d16, kChromaZero));
   v = hn::Sub(v, hn::Set(d16, kChromaZero));
   return ChromaTermsV<D16>{hn::MulHigh(u, hn::Set(d16, kGFromU)),
@@ -46,7 +46,7 @@ HWY_INLINE ChromaTermsV<D16> ChromaTerms(D16 d16, hn::Vec<D16> u, hn::Vec<D16> v
 // y: luma 0..255 in int16 lanes.
 template <class D16>
 HWY_INLINE RgbV<D16> YuvToRgb(D16 d16, hn::Vec<D16> y, const ChromaTermsV<D16>& t) {
-  using namespace yuv_to_rgb;
+  using namespace yuv_constants;
   y = hn::MulHigh(hn::ShiftLeft<2>(hn::Sub(y, hn::Set(d16, kLumaBlack))),
                   hn::Set(d16, kYScale));
   return RgbV<D16>{ClampToByte(d16, hn::SaturatedAdd(y, t.rV)),

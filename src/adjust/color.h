@@ -9,7 +9,7 @@
 
 namespace yuvblit {
 
-namespace yuv_to_rgb {
+namespace yuv_constants {
 constexpr int16_t kLumaBlack = 16;
 constexpr int16_t kChromaZero = 128;
 constexpr int16_t kYScale = 0x4A7F;  // on (Y-16) << 2
@@ -17,7 +17,7 @@ constexpr int16_t kRFromV = 0x6625;  // on (V-128) << 2
 constexpr int16_t kGFromU = 0x6419;  // on (U-128)
 constexpr int16_t kGFromV = 0x6811;  // on (V-128) << 1
 constexpr int16_t kBFromU = 0x4094;  // on (U-128) << 3
-}  // namespace yuv_to_rgb
+}  // namespace yuv_constants
 
 inline int16_t mulhi(int16_t a, int16_t k) {
   return static_cast<int16_t>((int32_t{a} * k) >> 16);
@@ -32,7 +32,7 @@ struct ChromaTerms {
 };
 
 inline ChromaTerms chroma_terms(uint8_t U, uint8_t V) {
-  using namespace yuv_to_rgb;
+  using namespace yuv_constants;
   const int16_t u = static_cast<int16_t>(U - kChromaZero);
   const int16_t v = static_cast<int16_t>(V - kChromaZero);
   return ChromaTerms{mulhi(u, kGFromU), mulhi(shl16(u, 3), kBFromU),
@@ -44,7 +44,7 @@ struct Rgb {
 };
 
 inline Rgb yuv_to_rgb(uint8_t Y, const ChromaTerms& t) {
-  using namespace yuv_to_rgb;
+  using namespace yuv_constants;
   const int16_t y = mulhi(shl16(static_cast<int16_t>(Y - kLumaBlack), 2), kYScale);
   return Rgb{sat8(sat16(y + t.rV)), sat8(sat16(sat16(y - t.gU) - t.gV)),
              sat8(sat16(y + t.bU))};
