@@ -117,9 +117,10 @@ void set_rate_counters(benchmark::State& state, Size size,
 // ------------------------------------------------------------------ registration
 
 // Runs one frame. Built by a Setup outside the timed loop; owns or shares
-// whatever buffers it touches.
+// whatever buffers it touches. A Setup that finds something wrong calls
+// state.SkipWithError() and returns an empty Body.
 using Body = std::function<void()>;
-using Setup = std::function<Body(Size)>;
+using Setup = std::function<Body(Size, benchmark::State& state)>;
 
 // Registers `name`/WxH for every size in kSizes. Each run calls setup(size)
 // once, untimed, then times body() per iteration. `output` is what one run
@@ -140,7 +141,8 @@ tag_ajust_contrast_info bench_adjustment();
 
 // Registers a planar 4:2:0 source kernel writing `format`, one entry per
 // size. Adjusting kernels get bench_adjustment() loaded before timing and
-// passed as the last argument.
+// passed as the last argument. An entry whose kernel leaves its first
+// destination row untouched is reported as an error rather than timed.
 void register_planar_kernel(const char* name, Kernel9 kernel,
                             const Format& format, bool adjusting);
 

@@ -23,7 +23,7 @@ namespace {
 void register_libyuv_i420_to_yuy2() {
   register_sizes(
       "libyuv_I420ToYUY2", kYuy2,
-      [](Size size) -> Body {
+      [](Size size, benchmark::State&) -> Body {
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, kYuy2);
         return [src, dst, size]() {
@@ -40,7 +40,7 @@ void register_libyuv_i420_to_yuy2() {
 void register_swscale_yuv420p_to_yuyv422() {
   register_sizes(
       "swscale_yuyv422", kYuy2,
-      [](Size size) -> Body {
+      [](Size size, benchmark::State&) -> Body {
         av_log_set_level(AV_LOG_ERROR);
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, kYuy2);
