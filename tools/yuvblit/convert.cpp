@@ -52,14 +52,15 @@ bool ends_with_png(const std::string& s) {
   return ext == ".png";
 }
 
-// Frames in the file if every FRAME line is bare; a guess for the
-// progress line only.
+// Frames in the file (a partial last one counted) if every FRAME line is
+// bare; a guess for the progress line only.
 long estimate_frames(const std::string& path, const Y4mReader& reader) {
   std::error_code ec;
   const auto size = fs::file_size(path, ec);
   if (ec || size < reader.header().header_bytes) return 0;
-  return static_cast<long>((size - reader.header().header_bytes) /
-                           (reader.frame_bytes() + 6));
+  const auto per_frame = reader.frame_bytes() + 6;  // "FRAME\n" + planes
+  return static_cast<long>((size - reader.header().header_bytes + per_frame - 1) /
+                           per_frame);
 }
 
 // Prints "\rframe i/n" and ends the line when it goes away, also when the

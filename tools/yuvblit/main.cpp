@@ -40,9 +40,9 @@ constexpr const char* kConvertAbout =
     "(colour space C420jpeg, C420mpeg2, C420paldv, C420 or none given) and\n"
     "saves the result.\n"
     "\n"
-    "Output naming: when OUTPUT ends in .png, one frame is written to OUTPUT\n"
-    "itself and several to OUTPUT's name with -0001, -0002, ... before .png\n"
-    "(clip.png -> clip-0001.png, clip-0002.png). Any other OUTPUT gets the\n"
+    "Output naming: when OUT ends in .png, one frame is written to OUT\n"
+    "itself and several to OUT's name with -0001, -0002, ... before .png\n"
+    "(clip.png -> clip-0001.png, clip-0002.png). Any other OUT gets the\n"
     "raw surfaces, frame after frame, each row cropped to the picture (for a\n"
     "YUY2 kernel: packed Y0 U Y1 V, 2 bytes per pixel, width rounded up to\n"
     "even).\n"
@@ -69,6 +69,23 @@ constexpr const char* kListAbout =
     "Lists the kernels by family, with what each does and the surface it "
     "writes.";
 
+// One-line summaries for the top-level help; the long texts above open each
+// subcommand's own help.
+constexpr const char* kDemoSummary =
+    "render a picture through every kernel into PNGs and an HTML contact sheet";
+constexpr const char* kConvertSummary =
+    "run one kernel on every frame of a YUV4MPEG2 file, write PNGs or raw";
+constexpr const char* kListSummary = "list the kernels and what they write";
+
+// CLI11 shows a subcommand's description both in the parent's list and at
+// the top of its own help; keep the list short and the own help complete.
+CLI::App* add_command(CLI::App& app, const char* name, const char* summary,
+                      const char* about) {
+  CLI::App* cmd = app.add_subcommand(name, summary);
+  cmd->footer(about);
+  return cmd;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -79,7 +96,7 @@ int main(int argc, char** argv) {
   app.get_formatter()->column_width(28);
 
   ybtool::DemoOptions demo;
-  CLI::App* demo_cmd = app.add_subcommand("demo", kDemoAbout);
+  CLI::App* demo_cmd = add_command(app, "demo", kDemoSummary, kDemoAbout);
   demo_cmd->add_option("INPUT", demo.input,
                        "YUV4MPEG2 file whose first frame to use instead of the "
                        "built-in picture");
@@ -88,7 +105,7 @@ int main(int argc, char** argv) {
       ->type_name("DIR");
 
   ybtool::ConvertOptions convert;
-  CLI::App* convert_cmd = app.add_subcommand("convert", kConvertAbout);
+  CLI::App* convert_cmd = add_command(app, "convert", kConvertSummary, kConvertAbout);
   convert_cmd->add_option("INPUT", convert.input,
                           "YUV4MPEG2 file, or - for standard input")
       ->required();
@@ -126,7 +143,7 @@ int main(int argc, char** argv) {
                           "RGB16 pixel layout 0..3, read by RGB16 kernels only")
       ->check(CLI::Range(0, 3))->capture_default_str()->type_name("L");
 
-  app.add_subcommand("list", kListAbout);
+  add_command(app, "list", kListSummary, kListAbout);
 
   CLI11_PARSE(app, argc, argv);
 

@@ -1,0 +1,212 @@
+// Running registered kernels on padded sources, cropping their surfaces,
+// and turning pictures and surfaces into RGB and PNG.
+#include <gtest/gtest.h>
+#include <png.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "errors.h"
+#include "fixtures.h"
+#include "kernels.h"
+#include "png_writer.h"
+#include "test_pattern.h"
+#include "view.h"
+
+namespace ybtool {
+namespace {
+
+// A picture whose every luma sample and chroma sample differs from its
+// neighbours, so any misplaced row, column or plane shows.
+Picture420 distinct_picture(int w, int h) {
+  Picture420 p;
+  p.allocate(w, h);
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w; ++x)
+      p.y[static_cast<size_t>(y) * w + x] = static_cast<uint8_t>(16 + (x * 5 + y * 11) % 220);
+  for (size_t i = 0; i < p.u.size(); ++i) {
+    p.u[i] = static_cast<uint8_t>(16 + (i * 7) % 220);
+    p.v[i] = static_cast<uint8_t>(16 + (i * 13 + 3) % 220);
+  }
+  return p;
+}
+
+const KernelInfo& kernel(const char* name) {
+  const KernelInfo* k = find_kernel(name);
+  if (!k) std::abort();
+  return *k;
+}
+
+// YUY2 bytes of pixel x in row y: {Y, U, V} of its pair.
+struct Yuy2Pixel {
+  int y, u, v;
+};
+Yuy2Pixel yuy2_at(const Surface& s, int x, int y) {
+  const uint8_t* pair = s.row(y) + (x / 2) * 4;
+  return {pair[(x % 2) * 2], pair[1], pair[3]};
+}
+
+bool is_marker(const Surface& s, int x, int y) {
+  const uint8_t* m = surface_format_info(s.format).marker;
+  const Yuy2Pixel p = yuy2_at(s, x, y);
+  return p.y == m[0] && p.u == m[1] && p.v == m[3];
+}
+
+TEST(KernelRun, UnadjustedOutputMatchesSourceAtAwkwardSizes) {
+  // Widths off the 16-pixel group (odd too) and an odd height: the tool pads,
+  // runs whole groups and crops, so every pixel must land where it belongs.
+  for (auto [w, h] : {std::pair{37, 18}, {16, 10}, {50, 9}, {3, 12}}) {
+    SCOPED_TRACE(std::to_string(w) + "x" + std::to_string(h));
+    const Picture420 p = distinct_picture(w, h);
+    const Surface s = run_kernel(kernel("loadimage_yuy2_ajust"), prepare_source(p),
+                                 identity_adjustment());
+    ASSERT_EQ(s.width, w);
+    ASSERT_EQ(s.height, h);
+    EXPECT_EQ(s.row_bytes(), static_cast<size_t>((w + 1) / 2 * 4));
+    for (int y = 0; y < h; ++y)
+      for (int x = 0; x < w; ++x) {
+        const size_t c = static_cast<size_t>(y / 2) * p.chroma_width() + x / 2;
+        const Yuy2Pixel got = yuy2_at(s, x, y);
+        ASSERT_EQ(got.y, p.y[static_cast<size_t>(y) * w + x]) << x << "," << y;
+        ASSERT_EQ(got.u, p.u[c]) << x << "," << y;
+        ASSERT_EQ(got.v, p.v[c]) << x << "," << y;
+      }
+  }
+}
+
+TEST(KernelRun, CopyShowsTheMarkerWhereItLeavesTheSurface) {
+  const Picture420 p = distinct_picture(40, 6);
+  const Surface s = run_kernel(kernel("loadimage_yuy2"), prepare_source(p),
+                               identity_adjustment());
+  for (int y = 0; y < 6; ++y)
+    for (int x = 0; x < 40; ++x) {
+      const bool untouched = y % 2 == 1 && x % 16 < 4;
+      EXPECT_EQ(is_marker(s, x, y), untouched) << x << "," << y;
+      if (!untouched) {
+        EXPECT_EQ(yuy2_at(s, x, y).y, p.y[y * 40 + x]) << x << "," << y;
+      }
+    }
+}
+
+TEST(KernelRun, HalfWidthKernelAveragesPairsIntoHalfTheColumns) {
+  const Picture420 p = distinct_picture(34, 10);
+  const Surface s = run_kernel(kernel("loadimage_half_yuy2_ajust"),
+                               prepare_source(p), identity_adjustment());
+  ASSERT_EQ(s.width, 17);
+  ASSERT_EQ(s.stored_width(), 18);
+  for (int y = 0; y < 10; ++y)
+    for (int x = 0; x < 17; ++x) {
+      const uint8_t* row = &p.y[y * 34];
+      EXPECT_EQ(yuy2_at(s, x, y).y, (row[2 * x] + row[2 * x + 1] + 1) / 2)
+          << x << "," << y;
+    }
+}
+
+TEST(KernelRun, DemoAdjustmentKeepsGreyAndStretchesAwayFromIt) {
+  Picture420 p;
+  p.allocate(16, 10);  // luma 0, chroma 128
+  std::fill(p.y.begin(), p.y.end(), 128);
+  std::fill(p.y.begin(), p.y.begin() + 16, 180);  // first row brighter
+  std::fill(p.u.begin(), p.u.begin() + 8, 170);   // first chroma row bluer
+  const Surface s = run_kernel(kernel("loadimage_yuy2_ajust"), prepare_source(p),
+                               demo_adjustment());
+  const Yuy2Pixel grey = yuy2_at(s, 5, 4), bright = yuy2_at(s, 5, 0);
+  EXPECT_EQ(grey.y, 128);
+  EXPECT_EQ(grey.u, 128);
+  EXPECT_EQ(grey.v, 128);
+  EXPECT_GT(bright.y, 180);
+  EXPECT_GT(bright.u, 170);
+  EXPECT_EQ(bright.v, 128);
+}
+
+TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRow) {
+  // A new table entry with the wrong geometry or format leaves marker
+  // pixels (or the wrong size) in the first row, which every kernel writes.
+  const Picture420 p = distinct_picture(48, 16);
+  const KernelSource src = prepare_source(p);
+  for (const KernelInfo& k : all_kernels()) {
+    SCOPED_TRACE(k.name);
+    EXPECT_EQ(find_kernel(k.name), &k);
+    int w = 0, h = 0;
+    output_size(k, p.width, p.height, w, h);
+    const Surface s = run_kernel(k, src, identity_adjustment());
+    EXPECT_EQ(s.width, w);
+    EXPECT_EQ(s.height, h);
+    for (int x = 0; x < w; ++x) EXPECT_FALSE(is_marker(s, x, 0)) << x;
+  }
+}
+
+void expect_rgb(const RgbImage& img, int x, int y, int r, int g, int b) {
+  const uint8_t* p = img.at(x, y);
+  EXPECT_NEAR(p[0], r, 3) << x << "," << y;
+  EXPECT_NEAR(p[1], g, 3) << x << "," << y;
+  EXPECT_NEAR(p[2], b, 3) << x << "," << y;
+}
+
+TEST(Viewer, ShowsTestPictureBarsAndTheMarkerInTheirColours) {
+  Viewer viewer;
+  const Picture420 picture = make_test_picture(720, 480);
+  const RgbImage source = viewer.view(picture);
+  ASSERT_EQ(source.width, 720);
+  ASSERT_EQ(source.height, 480);
+  const int bars[8][3] = {{255, 255, 255}, {255, 255, 0}, {0, 255, 255}, {0, 255, 0},
+                          {255, 0, 255},   {255, 0, 0},   {0, 0, 255},   {0, 0, 0}};
+  for (int i = 0; i < 8; ++i) {
+    SCOPED_TRACE(i);
+    expect_rgb(source, i * 90 + 45, 100, bars[i][0], bars[i][1], bars[i][2]);
+  }
+
+  // The YUY2 surface of the copy kernel: bars survive, the marker is magenta
+  // and the cropped odd width keeps its last column.
+  const Surface s = run_kernel(*find_kernel("loadimage_yuy2"),
+                               prepare_source(picture), identity_adjustment());
+  const RgbImage out = viewer.view(s);
+  ASSERT_EQ(out.width, 720);
+  expect_rgb(out, 5 * 90 + 45, 100, 255, 0, 0);
+  expect_rgb(out, 1, 101, 255, 0, 255);  // untouched pixel of an odd row
+}
+
+TEST(Viewer, CropsOddWidthSurfaces) {
+  Picture420 p;
+  p.allocate(21, 4);
+  std::fill(p.y.begin(), p.y.end(), 235);  // white, neutral chroma
+  const Surface s = run_kernel(*find_kernel("loadimage_yuy2_mono_ajust"),
+                               prepare_source(p), identity_adjustment());
+  Viewer viewer;
+  const RgbImage img = viewer.view(s);
+  ASSERT_EQ(img.width, 21);
+  ASSERT_EQ(img.height, 4);
+  expect_rgb(img, 20, 3, 255, 255, 255);
+}
+
+TEST(PngWriter, RoundTripsPixelsAndNamesUnwritablePaths) {
+  testing::ScratchDir dir;
+  RgbImage img;
+  img.width = 3;
+  img.height = 2;
+  img.pixels = {255, 0, 0, 0, 255, 0, 0, 0, 255, 1, 2, 3, 4, 5, 6, 7, 8, 9};
+  const std::string path = dir.file("t.png");
+  write_png(path, img);
+
+  png_image read;
+  std::memset(&read, 0, sizeof read);
+  read.version = PNG_IMAGE_VERSION;
+  ASSERT_TRUE(png_image_begin_read_from_file(&read, path.c_str())) << read.message;
+  read.format = PNG_FORMAT_RGB;
+  std::vector<uint8_t> pixels(PNG_IMAGE_SIZE(read));
+  ASSERT_TRUE(png_image_finish_read(&read, nullptr, pixels.data(), 0, nullptr));
+  EXPECT_EQ(read.width, 3u);
+  EXPECT_EQ(read.height, 2u);
+  EXPECT_EQ(pixels, img.pixels);
+
+  const std::string bad = dir.file("missing/t.png");
+  try {
+    write_png(bad, img);
+    ADD_FAILURE() << "no error for " << bad;
+  } catch (const ToolError& e) {
+    EXPECT_EQ(std::string(e.what()).rfind(bad + ": ", 0), 0u) << e.what();
+  }
+}
+
+}  // namespace
+}  // namespace ybtool
