@@ -153,6 +153,9 @@ ConvertResult run_convert(const ConvertOptions& options,
     if (!file)
       throw ToolError(name + ": cannot open (" + std::strerror(errno) + ")");
   }
+  std::error_code same_ec;
+  if (!from_stdin && fs::equivalent(options.input, options.output, same_ec))
+    throw ToolError(options.output + ": is the input file; choose another output name");
   Y4mReader reader(from_stdin ? std::cin : file, name);
 
   long total = from_stdin ? 0 : estimate_frames(options.input, reader);
@@ -186,6 +189,7 @@ ConvertResult run_convert(const ConvertOptions& options,
   }
   if (g_interrupted) throw ToolError("interrupted; no output written");
   if (result.frames == 0) throw ToolError(name + ": contains no frames");
+  result.raw = !png;
   if (raw) {
     raw->close();
     result.files = {options.output};

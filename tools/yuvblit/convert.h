@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "yuvblit.h"
+#include "kernels.h"
 
 namespace ybtool {
 
@@ -15,13 +15,14 @@ struct ConvertOptions {
   std::string output;  // ends in .png: PNG files; otherwise one raw file
   std::string kernel;
   long max_frames = 0;  // 0: every frame
-  tag_ajust_contrast_info adjust{64, 64, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0};
+  tag_ajust_contrast_info adjust = identity_adjustment();
 };
 
 struct ConvertResult {
   int frames = 0;
   int width = 0, height = 0;  // of each output picture (raw: as stored)
   std::string format;         // surface format name
+  bool raw = false;           // one raw file rather than PNGs
   std::vector<std::string> files;
 };
 

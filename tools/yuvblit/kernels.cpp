@@ -1,6 +1,7 @@
 #include "kernels.h"
 
 #include <algorithm>
+#include <cstring>
 #include <ostream>
 #include <sstream>
 
@@ -158,7 +159,8 @@ std::string describe_adjustment(const tag_ajust_contrast_info& a) {
 void print_kernel_list(std::ostream& out) {
   std::vector<const char*> families;
   for (const KernelInfo& k : kKernels)
-    if (std::find(families.begin(), families.end(), k.family) == families.end())
+    if (std::none_of(families.begin(), families.end(),
+                     [&](const char* f) { return std::strcmp(f, k.family) == 0; }))
       families.push_back(k.family);
 
   size_t name_width = 0;
@@ -171,7 +173,7 @@ void print_kernel_list(std::ostream& out) {
   for (const char* family : families) {
     out << "\n" << family << "\n";
     for (const KernelInfo& k : kKernels) {
-      if (k.family != family) continue;
+      if (std::strcmp(k.family, family) != 0) continue;
       const SurfaceFormatInfo& f = surface_format_info(k.output);
       std::string name = k.name;
       name.resize(name_width, ' ');

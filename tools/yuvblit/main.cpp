@@ -157,13 +157,13 @@ int main(int argc, char** argv) {
       const bool tty = isatty(STDERR_FILENO);
       const ybtool::ConvertResult r =
           ybtool::run_convert(convert, tty ? &std::cerr : nullptr);
-      if (r.files.size() == 1)
-        std::cout << "wrote " << r.files.front();
-      else
-        std::cout << "wrote " << r.files.front() << " .. " << r.files.back();
+      std::cout << "wrote " << r.files.front();
+      if (r.files.size() > 1) std::cout << " .. " << r.files.back();
       std::cout << ": " << r.frames << (r.frames == 1 ? " frame" : " frames")
-                << " of " << r.width << "x" << r.height << " " << r.format
-                << " from " << convert.kernel << "\n";
+                << " through " << convert.kernel << " (" << r.format << " "
+                << r.width << "x" << r.height
+                << (r.raw ? ", raw" : ", as PNG")
+                << ")\n";
     }
   } catch (const ybtool::ToolError& e) {
     std::cerr << "yuvblit: " << e.what() << "\n";

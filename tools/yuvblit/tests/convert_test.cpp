@@ -89,6 +89,7 @@ TEST(Convert, FailuresNameTheProblemAndLeaveNoOutput) {
       {"YUV4MPEG2 W16 H10\n", "out.png", "loadimage_yuy2", "in.y4m: contains no frames"},
       {clip, "out.png", "loadimage_rgb32", "unknown kernel 'loadimage_rgb32' (run 'yuvblit list'"},
       {clip, "no/out.png", "loadimage_yuy2", "out.png: directory"},
+      {clip, "in.y4m", "loadimage_yuy2", "in.y4m: is the input file"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.message);
@@ -101,6 +102,7 @@ TEST(Convert, FailuresNameTheProblemAndLeaveNoOutput) {
       EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
     }
     EXPECT_EQ(dir.names(), Names{"in.y4m"});
+    EXPECT_EQ(read_file(in), c.input_bytes);
   }
 
   ScratchDir dir;
