@@ -8,7 +8,8 @@
 For every entry <name>/<W>x<H> it prints pixels/s, the ratio to the
 reference entry at the same size (entry speed / reference speed) and the
 ratio to roofline_copy/<label>/<W>x<H>, where <label> is the output format
-the entry is labelled with. With repetitions the median is used.
+the entry is labelled with. With repetitions the median is used. Rows are
+sorted by entry name, then picture size.
 """
 import argparse
 import json
@@ -46,7 +47,14 @@ def main():
     runs = load(args.json)
     print("| entry | size | Mpixels/s | vs %s | vs copy roofline |" % args.ref)
     print("|---|---|---:|---:|---:|")
-    for name, b in runs.items():
+    def order(name):
+        base, size = split(name)
+        w, _, h = size.partition("x")
+        pixels = int(w) * int(h) if w.isdigit() and h.isdigit() else 0
+        return (base, pixels)
+
+    for name in sorted(runs, key=order):
+        b = runs[name]
         base, size = split(name)
         if base.startswith("roofline_copy/"):
             continue
