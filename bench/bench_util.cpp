@@ -11,6 +11,7 @@ namespace yuvblit_bench {
 namespace {
 
 constexpr size_t kAlign = 64;
+constexpr size_t kPage = 4096;
 
 size_t round_up(size_t v, size_t to) { return (v + to - 1) / to * to; }
 
@@ -27,11 +28,19 @@ std::string size_name(Size s) {
 
 void Buffer::Free::operator()(uint8_t* p) const { std::free(p); }
 
-Buffer::Buffer(size_t bytes) : size_(bytes) {
-  void* p = std::aligned_alloc(kAlign, round_up(bytes == 0 ? 1 : bytes, kAlign));
+Buffer::Buffer(size_t bytes, size_t offset) : size_(bytes) {
+  void* p = std::aligned_alloc(kPage, round_up(offset + bytes + 1, kPage));
   if (p == nullptr) throw std::bad_alloc();
-  data_.reset(static_cast<uint8_t*>(p));
+  base_.reset(static_cast<uint8_t*>(p));
+  data_ = base_.get() + offset;
 }
+
+namespace {
+size_t g_surfaceOffset = 0;
+}  // namespace
+
+size_t surface_offset() { return g_surfaceOffset; }
+void set_surface_offset(size_t bytes) { g_surfaceOffset = bytes; }
 
 void Buffer::fill_random(uint32_t seed) {
   std::mt19937 rng(seed);
@@ -51,12 +60,14 @@ PlanarFrame::PlanarFrame(Size s, uint32_t seed) : size(s) {
   // Whole row pairs, plus a spare row.
   const size_t lumaRows = round_up(static_cast<size_t>(s.height), 2) + 1;
   const size_t chromaRows = lumaRows / 2 + 1;
-  y = Buffer(lumaRows * static_cast<size_t>(pitch));
-  u = Buffer(chromaRows * static_cast<size_t>(chromaPitch));
-  v = Buffer(chromaRows * static_cast<size_t>(chromaPitch));
-  y.fill_random(seed);
-  u.fill_random(seed + 1);
-  v.fill_random(seed + 2);
+  const size_t lumaBytes = round_up(lumaRows * static_cast<size_t>(pitch), kAlign);
+  const size_t chromaBytes =
+      round_up(chromaRows * static_cast<size_t>(chromaPitch), kAlign);
+  planes = Buffer(lumaBytes + 2 * chromaBytes);
+  planes.fill_random(seed);
+  y = planes.data();
+  u = y + lumaBytes;
+  v = u + chromaBytes;
 }
 
 int64_t Format::bytes_written(Size s) const {
@@ -70,7 +81,8 @@ Surface::Surface(Size s, const Format& format) {
       kAlign));
   rows = (static_cast<int32_t>(round_up(static_cast<size_t>(s.height), 2)) + 2) *
          format.rowsPerPicRow;
-  data = Buffer(static_cast<size_t>(pitch) * static_cast<size_t>(rows));
+  data = Buffer(static_cast<size_t>(pitch) * static_cast<size_t>(rows),
+                surface_offset());
   data.fill(kSurfaceFill);
 }
 
@@ -129,7 +141,7 @@ void register_planar_kernel(const char* name, Kernel9 kernel,
         if (adjusting) get_contrast_data(adjust.get());
         tag_ajust_contrast_info* arg = adjusting ? adjust.get() : nullptr;
         Body body = [kernel, src, dst, arg, size]() {
-          kernel(src->y.data(), src->u.data(), src->v.data(), dst->data.data(),
+          kernel(src->y, src->u, src->v, dst->data.data(),
                  size.width, size.height, src->pitch, dst->pitch, arg);
         };
         // Kernels return early on sizes they refuse; timing that would
@@ -153,7 +165,7 @@ void register_roofline_copy(const Format& format) {
       [format](Size size, benchmark::State&) -> Body {
         const size_t bytes = static_cast<size_t>(format.bytes_written(size));
         auto src = std::make_shared<Buffer>(bytes);
-        auto dst = std::make_shared<Buffer>(bytes);
+        auto dst = std::make_shared<Buffer>(bytes, surface_offset());
         src->fill_random(99u);
         dst->fill(0);
         return [src, dst, bytes]() {

@@ -44,12 +44,15 @@ std::string size_name(Size s);  // "720x480"
 
 // ------------------------------------------------------------------ buffers
 
-// 64-byte aligned heap bytes.
+// Heap bytes starting `offset` bytes into a fresh page. Where buffers sit
+// relative to 4 KiB boundaries decides how often a kernel's loads falsely
+// wait on its own stores (4K aliasing), which moves some converters by a
+// third at 720x480; placing every buffer explicitly keeps runs comparable.
 class Buffer {
  public:
   Buffer() = default;
-  explicit Buffer(size_t bytes);
-  uint8_t* data() const { return data_.get(); }
+  explicit Buffer(size_t bytes, size_t offset = 0);
+  uint8_t* data() const { return data_; }
   size_t size() const { return size_; }
   void fill_random(uint32_t seed);
   void fill(uint8_t value);
@@ -58,9 +61,15 @@ class Buffer {
   struct Free {
     void operator()(uint8_t* p) const;
   };
-  std::unique_ptr<uint8_t, Free> data_;
+  std::unique_ptr<uint8_t, Free> base_;
+  uint8_t* data_ = nullptr;
   size_t size_ = 0;
 };
+
+// Where a destination surface starts within its page (0 unless changed by
+// yuvblit_bench --surface_offset=N); sources always start on a page.
+size_t surface_offset();
+void set_surface_offset(size_t bytes);
 
 // Kernels work in groups of 16 pixels.
 inline constexpr int32_t kGroupPixels = 16;
@@ -68,17 +77,22 @@ inline int32_t groups_per_row(int32_t width) {
   return width <= kGroupPixels ? 1 : (width + kGroupPixels - 1) / kGroupPixels;
 }
 
-// A planar 4:2:0 source with random samples. The luma pitch covers whole
-// 16-pixel groups (chroma pitch is half of it) and every plane has a spare
-// row below the picture, so kernels that round width and height up to whole
-// groups and row pairs stay inside the allocation.
+// A planar 4:2:0 source with random samples, laid out as decoders commonly
+// hand frames over: one page-aligned block holding the Y, U and V planes in
+// turn, each starting on 64 bytes. The luma pitch covers whole 16-pixel
+// groups (chroma pitch is half of it) and every plane has a spare row below
+// the picture, so kernels that round width and height up to whole groups
+// and row pairs stay inside the allocation.
 struct PlanarFrame {
   PlanarFrame(Size size, uint32_t seed);
 
   Size size;
   int32_t pitch;        // luma bytes per row
   int32_t chromaPitch;  // pitch / 2
-  Buffer y, u, v;
+  Buffer planes;
+  uint8_t* y;
+  uint8_t* u;
+  uint8_t* v;
 };
 
 // A packed destination format, described per 16-pixel group of source
@@ -97,7 +111,7 @@ inline constexpr Format kHalfYuy2{"half_yuy2", 16, 1};
 
 // A destination surface for `format`: pitch has room for one group beyond
 // the right edge (rounded up to 64 bytes), and there is one row pair of
-// spare rows below the picture. Filled with a constant so first-touch page
+// spare rows below the picture. It starts surface_offset() into a page. Filled with a constant so first-touch page
 // faults stay out of the timed loop.
 struct Surface {
   Surface(Size size, const Format& format);

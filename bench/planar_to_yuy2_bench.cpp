@@ -27,8 +27,8 @@ void register_libyuv_i420_to_yuy2() {
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, kYuy2);
         return [src, dst, size]() {
-          libyuv::I420ToYUY2(src->y.data(), src->pitch, src->u.data(),
-                             src->chromaPitch, src->v.data(), src->chromaPitch,
+          libyuv::I420ToYUY2(src->y, src->pitch, src->u,
+                             src->chromaPitch, src->v, src->chromaPitch,
                              dst->data.data(), dst->pitch, size.width,
                              size.height);
         };
@@ -51,8 +51,7 @@ void register_swscale_yuv420p_to_yuyv422() {
                            SWS_POINT, nullptr, nullptr, nullptr),
             sws_freeContext);
         return [src, dst, ctx, size]() {
-          const uint8_t* const planes[3] = {src->y.data(), src->u.data(),
-                                            src->v.data()};
+          const uint8_t* const planes[3] = {src->y, src->u, src->v};
           const int strides[3] = {src->pitch, src->chromaPitch,
                                   src->chromaPitch};
           uint8_t* const out[1] = {dst->data.data()};
