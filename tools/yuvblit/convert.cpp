@@ -97,9 +97,9 @@ class RawWriter {
     if (file_) std::fclose(file_);
   }
   void write(const Surface& s) {
-    for (int r = 0; r < s.height; ++r)
-      if (std::fwrite(s.row(r), 1, s.row_bytes(), file_) != s.row_bytes())
-        fail();
+    s.for_each_raw_row([&](const uint8_t* row, size_t bytes) {
+      if (std::fwrite(row, 1, bytes, file_) != bytes) fail();
+    });
   }
   void close() {
     FILE* f = file_;
@@ -136,6 +136,9 @@ ConvertResult run_convert(const ConvertOptions& options,
   if (!kernel)
     throw ToolError("unknown kernel '" + options.kernel +
                     "' (run 'yuvblit list' to see the kernels)");
+  if (options.adjust.rgb16Layout >= kRgb16Layouts)
+    throw ToolError("--rgb16-layout " + std::to_string(options.adjust.rgb16Layout) +
+                    ": not a layout (0 to 3)");
 
   const bool png = ends_with_png(options.output);
   const fs::path out_dir = fs::path(options.output).parent_path();

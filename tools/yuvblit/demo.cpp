@@ -37,6 +37,12 @@ struct Card {
   std::string file, title, description, details;
 };
 
+// Cards under a heading: the source, then one section per kernel family.
+struct Section {
+  std::string title, description;
+  std::vector<Card> cards;
+};
+
 Picture420 first_frame(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
   if (!in) throw ToolError(path + ": cannot open (" + std::strerror(errno) + ")");
@@ -47,7 +53,7 @@ Picture420 first_frame(const std::string& path) {
 }
 
 std::string contact_sheet(const std::string& picture_name,
-                          const std::vector<Card>& cards) {
+                          const std::vector<Section>& sections) {
   std::ostringstream h;
   h << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
        "<title>yuvblit kernels</title>\n<style>\n"
@@ -57,20 +63,32 @@ std::string contact_sheet(const std::string& picture_name,
        "img { display: block; image-rendering: pixelated; }\n"
        "figcaption { max-width: 720px; margin-top: 0.5em; line-height: 1.4; }\n"
        "code { color: #fff; font-weight: bold; }\n"
+       "h2 { margin-top: 1.5em; border-bottom: 1px solid #555; }\n"
        ".details { color: #aaa; font-size: 90%; }\n"
        "</style>\n</head>\n<body>\n<h1>yuvblit kernels</h1>\n<p>"
     << html_escape(picture_name)
-    << " run through every kernel of the library, shown at 1:1. Surfaces are "
-       "filled with magenta before each kernel runs, so magenta pixels are "
-       "ones the kernel did not write.</p>\n<div class=\"sheet\">\n";
-  for (const Card& c : cards) {
-    h << "<figure>\n<img src=\"" << html_escape(c.file) << "\" alt=\""
-      << html_escape(c.title) << "\">\n<figcaption><code>"
-      << html_escape(c.title) << "</code> &mdash; "
-      << html_escape(c.description) << "<br><span class=\"details\">"
-      << html_escape(c.details) << "</span></figcaption>\n</figure>\n";
+    << " run through every kernel of the library, shown at 1:1, grouped by "
+       "family. Surfaces are filled with magenta before each kernel runs, so "
+       "magenta pixels are ones the kernel did not write.</p>\n<p>How the "
+       "surfaces are shown: RGB surfaces as they are, RGB16 ones with each "
+       "channel widened back to 8 bits by repeating its top bits; YUY2 "
+       "surfaces through the library's own LoadYUY2_RGB32 (run from the first "
+       "and from the second row, so every row keeps its own chroma) and YV12 "
+       "surfaces through its loadimage_rgb32; the source picture through "
+       "libswscale, independently of the library.</p>\n";
+  for (const Section& section : sections) {
+    h << "<h2>" << html_escape(section.title) << "</h2>\n<p>"
+      << html_escape(section.description) << "</p>\n<div class=\"sheet\">\n";
+    for (const Card& c : section.cards) {
+      h << "<figure>\n<img src=\"" << html_escape(c.file) << "\" alt=\""
+        << html_escape(c.title) << "\">\n<figcaption><code>"
+        << html_escape(c.title) << "</code> &mdash; "
+        << html_escape(c.description) << "<br><span class=\"details\">"
+        << html_escape(c.details) << "</span></figcaption>\n</figure>\n";
+    }
+    h << "</div>\n";
   }
-  h << "</div>\n</body>\n</html>\n";
+  h << "</body>\n</html>\n";
   return h.str();
 }
 
@@ -95,7 +113,6 @@ std::vector<std::string> run_demo(const DemoOptions& options) {
 
   StagedFiles staged;
   std::vector<std::string> written;
-  std::vector<Card> cards;
   Viewer viewer;
   auto stage_png = [&](const std::string& file, const RgbImage& image) {
     const std::string path = (dir / file).string();
@@ -103,34 +120,54 @@ std::vector<std::string> run_demo(const DemoOptions& options) {
     written.push_back(path);
   };
 
+  std::vector<Section> sections;
   stage_png("source.png", viewer.view(picture));
-  cards.push_back({"source.png", "source",
-                   builtin ? "the built-in test picture: colour bars, luma "
-                             "ramp, U and V ramps, zone plate and fine lines"
-                           : "first frame of " + options.input,
-                   "planar 4:2:0, " + size});
+  sections.push_back(
+      {"Source", "The picture every kernel starts from.",
+       {{"source.png", "source",
+         builtin ? "the built-in test picture: colour bars, luma ramp, U and V "
+                   "ramps, zone plate and fine lines"
+                 : "first frame of " + options.input,
+         "planar 4:2:0, " + size}}});
 
-  for (const KernelInfo& k : all_kernels()) {
-    const tag_ajust_contrast_info adjust =
-        k.adjusts ? demo_adjustment() : identity_adjustment();
-    const Surface surface = run_kernel(k, source, adjust);
-    const std::string file = std::string(k.name) + ".png";
-    stage_png(file, viewer.view(surface));
-    cards.push_back(
-        {file, k.name, k.description,
-         std::string(surface_format_info(k.output).name) + " " +
-             std::to_string(surface.width) + "x" +
-             std::to_string(surface.height) + "; adjustment: " +
-             (k.adjusts ? describe_adjustment(adjust) +
-                              " (more contrast and saturation, grey kept)"
-                        : "none (this kernel does not read it)")});
+  for (const FamilyInfo& family : kernel_families()) {
+    Section section{family.name, family.description, {}};
+    for (const KernelInfo& k : all_kernels()) {
+      if (std::string(k.family) != family.name) continue;
+      tag_ajust_contrast_info adjust =
+          k.adjusts ? demo_adjustment() : identity_adjustment();
+      const std::string adjustment =
+          k.adjusts ? describe_adjustment(adjust) +
+                          " (more contrast and saturation, grey kept)"
+                    : "none (this kernel does not read it)";
+      // RGB16 kernels once per layout, the others once.
+      const bool rgb16 = is_rgb16(k.output);
+      for (uint32_t layout = 0; layout < (rgb16 ? kRgb16Layouts : 1); ++layout) {
+        adjust.rgb16Layout = layout;
+        const Surface surface = run_kernel(k, source, adjust);
+        const SurfaceFormatInfo& format = surface_format_info(surface.format);
+        const std::string suffix = rgb16 ? "-layout" + std::to_string(layout) : "";
+        const std::string file = std::string(k.name) + suffix + ".png";
+        stage_png(file, viewer.view(surface));
+        std::string details = std::string(format.name) + " " +
+                               std::to_string(surface.width) + "x" +
+                               std::to_string(surface.height);
+        if (rgb16) details += std::string(" (") + format.layout + ")";
+        details += "; adjustment: " + adjustment + ".";
+        if (*k.details) details += std::string(" ") + k.details;
+        section.cards.push_back(
+            {file, std::string(k.name) + (rgb16 ? " layout " + std::to_string(layout) : ""),
+             k.description, details});
+      }
+    }
+    sections.push_back(std::move(section));
   }
 
   const std::string index = (dir / "index.html").string();
   {
     const std::string temp = staged.add(index);
     std::ofstream html(temp, std::ios::binary);
-    html << contact_sheet(picture_name, cards);
+    html << contact_sheet(picture_name, sections);
     html.close();
     if (!html)
       throw ToolError(index + ": cannot write (" + std::strerror(errno) + ")");

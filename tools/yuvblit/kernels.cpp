@@ -5,6 +5,9 @@
 #include <ostream>
 #include <sstream>
 
+#include "errors.h"
+#include "packing.h"
+
 namespace ybtool {
 namespace {
 
@@ -27,52 +30,293 @@ void pad_plane(const uint8_t* src, int w, int h, uint8_t* dst, int pitch,
   }
 }
 
-// Nine-argument planar kernels: planes, destination, the run size, the
-// source luma pitch and the destination pitch.
-Surface run_planar9(const KernelInfo& kernel, const KernelSource& src,
-                    const tag_ajust_contrast_info& adjust) {
-  const SurfaceFormatInfo& format = surface_format_info(kernel.output);
+size_t offset_of(int rows, int pitch) {
+  return static_cast<size_t>(rows) * static_cast<size_t>(pitch);
+}
+
+// The kernels take non-const pointers but only read their sources.
+uint8_t* source_bytes(const std::vector<uint8_t>& p) {
+  return const_cast<uint8_t*>(p.data());
+}
+
+// The record a kernel is handed, with the library's adjustment loaded from
+// it when the kernel reads that.
+tag_ajust_contrast_info load_record(const KernelInfo& kernel,
+                                    const tag_ajust_contrast_info& adjust) {
+  tag_ajust_contrast_info record = adjust;
+  if (kernel.adjusts) get_contrast_data(&record);
+  return record;
+}
+
+// Rows `rows` x `width` bytes of a plane with rows `pitch` apart, packed
+// (rows `width` apart).
+std::vector<uint8_t> packed_rows(const std::vector<uint8_t>& plane, int pitch,
+                                 int width, int rows) {
+  std::vector<uint8_t> out(offset_of(rows, width));
+  for (int r = 0; r < rows; ++r)
+    std::copy_n(plane.begin() + static_cast<std::ptrdiff_t>(offset_of(r, pitch)),
+                width, out.begin() + static_cast<std::ptrdiff_t>(offset_of(r, width)));
+  return out;
+}
+
+// A single-plane surface for a kernel writing whole 16-pixel groups (8 for
+// the half-width ones) over the run width, with room to spare.
+Surface group_surface(const KernelInfo& kernel, SurfaceFormat format,
+                      const KernelSource& src) {
   int out_w = 0, out_h = 0;
   output_size(kernel, src.width, src.height, out_w, out_h);
   const int pixels_per_group =
       kernel.geometry == Geometry::kHalfWidth ? kGroupPixels / 2 : kGroupPixels;
   const int written = src.run_width / kGroupPixels * pixels_per_group *
-                      format.bytes_per_pixel;
+                      surface_format_info(format).bytes_per_pixel;
   const int pitch = round_up(written + kSurfaceSlackBytes, 16);
-  Surface surface = make_marked_surface(kernel.output, out_w, out_h, pitch,
-                                        src.run_height + kSpareRows);
+  return make_marked_surface(format, out_w, out_h, pitch,
+                             src.run_height + kSpareRows);
+}
 
-  tag_ajust_contrast_info record = adjust;
-  if (kernel.adjusts) get_contrast_data(&record);
-  // The kernels take non-const pointers but only read the source planes.
-  auto plane = [](const std::vector<uint8_t>& p) {
-    return const_cast<uint8_t*>(p.data());
-  };
-  kernel.entry(plane(src.y), plane(src.u), plane(src.v), surface.bytes.data(),
-               src.run_width, src.run_height, src.pitch, pitch, &record);
+// Nine-argument planar kernels onto YUY2 and RGB: planes, destination, the
+// run size, the source luma pitch and the destination pitch.
+Surface run_planar9(const KernelInfo& kernel, const KernelSource& src,
+                    const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  kernel.entry(source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
+               surface.bytes.data(), src.run_width, src.run_height, src.pitch,
+               surface.pitch, &record);
+  return surface;
+}
+
+// loadimage_yv12. Its luma pass reads a row pair as `width` bytes and the
+// `width` bytes after them, writes them `srcPitch` apart, moves the
+// destination on by `width` a pair and the source by 2*srcPitch +
+// 2*dstPitch - width. Only one call makes that a copy of a W-wide picture
+// (W the run width): width 2W, both pitches W and a luma plane packed W
+// apart. Each pass then writes rows 2k..2k+1 and 2k+1..2k+2; the later
+// stores of the first run win over the second, so each row ends up with its
+// own samples. Chroma then goes W/2 apart as usual, but for twice the plane
+// height: the V plane's second half lands exactly on the U plane after the U
+// rows were stored there, so the source keeps its U plane straight after
+// its V plane (as in one YV12 frame) and those rows put the U plane back;
+// the U plane's own extra rows fall below it. The V plane starts one byte
+// early, on the luma plane's last byte.
+Surface run_yv12_copy(const KernelInfo& kernel, const KernelSource& src,
+                      const tag_ajust_contrast_info& adjust) {
+  const int w = src.run_width, h = src.run_height;
+  const int cw = w / 2, ch = h / 2;
+  // Luma: two rows beyond the last pair are read. Chroma: V, U, then as
+  // many rows again (plus one) as the U pass reads below its plane.
+  const std::vector<uint8_t> y = packed_rows(src.y, src.pitch, w, h + 2);
+  std::vector<uint8_t> chroma(offset_of(3 * ch + 2, cw));
+  const std::vector<uint8_t> v = packed_rows(src.v, src.pitch / 2, cw, ch);
+  const std::vector<uint8_t> u = packed_rows(src.u, src.pitch / 2, cw, ch);
+  std::copy(v.begin(), v.end(), chroma.begin());
+  std::copy(u.begin(), u.end(), chroma.begin() + static_cast<std::ptrdiff_t>(v.size()));
+
+  const size_t luma_bytes = offset_of(h, w);
+  const size_t v_offset = luma_bytes - 1;
+  const size_t u_offset = v_offset + luma_bytes / 4;
+  Surface surface = make_marked_yv12(
+      src.width, src.height, w, v_offset, u_offset, cw,
+      u_offset + offset_of(h + kSpareRows, cw) + kSurfaceSlackBytes);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  kernel.entry(source_bytes(y), chroma.data() + v.size(), chroma.data(),
+               surface.bytes.data(), 2 * w, h, w, w, &record);
+  return surface;
+}
+
+// loadimage_yv12_ajust reads each source plane as packed rows (whole groups
+// of 8 samples, srcPitch unused) and places the chroma planes from the
+// record: both row counts set to the run height put V straight below the
+// luma plane and U a quarter plane after it.
+Surface run_yv12_adjust(const KernelInfo& kernel, const KernelSource& src,
+                        const tag_ajust_contrast_info& adjust) {
+  const int w = src.run_width, h = src.run_height;
+  const std::vector<uint8_t> y = packed_rows(src.y, src.pitch, w, h);
+  const std::vector<uint8_t> u = packed_rows(src.u, src.pitch / 2, w / 2, h / 2);
+  const std::vector<uint8_t> v = packed_rows(src.v, src.pitch / 2, w / 2, h / 2);
+
+  const int pitch = round_up(w + kSurfaceSlackBytes, 16);
+  const size_t v_offset = offset_of(h, pitch);
+  const size_t u_offset = v_offset + offset_of(h, pitch) / 4;
+  Surface surface = make_marked_yv12(
+      src.width, src.height, pitch, v_offset, u_offset, pitch / 2,
+      u_offset + offset_of(h / 2 + kSpareRows, pitch / 2));
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  record.lumaPlaneRows = record.rowsFromDestination = h;
+  kernel.entry(source_bytes(y), source_bytes(u), source_bytes(v),
+               surface.bytes.data(), w, h, w, pitch, &record);
+  return surface;
+}
+
+// loadimage_half_yv12_ajust: luma W/2 wide, V below `height` luma rows, U
+// after height/2 rows of pitch/2. Its chroma rows go in 16-sample groups
+// with the last one ending at the row's end; a row of 8 (a 16-pixel run)
+// has no whole group and would start every row 8 bytes further right, so
+// it runs at least 32 pixels wide.
+Surface run_half_yv12(const KernelInfo& kernel, const KernelSource& src,
+                      const tag_ajust_contrast_info& adjust) {
+  const int w = std::max(src.run_width, 2 * kGroupPixels), h = src.run_height;
+  int out_w = 0, out_h = 0;
+  output_size(kernel, src.width, src.height, out_w, out_h);
+  const int pitch = round_up(w / 2 + kSurfaceSlackBytes, 16);
+  const size_t v_offset = offset_of(h, pitch);
+  const size_t u_offset = v_offset + offset_of(h / 2, pitch / 2);
+  Surface surface = make_marked_yv12(
+      out_w, out_h, pitch, v_offset, u_offset, pitch / 2,
+      u_offset + offset_of(h / 2 + kSpareRows, pitch / 2));
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  kernel.entry(source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
+               surface.bytes.data(), w, h, src.pitch, pitch, &record);
+  return surface;
+}
+
+// Packed YUY2 source kernels: the padded frame packed by libswscale, rows
+// run_width pixels apart (the source pitch counts pixels). srcU and srcV
+// are not read.
+Surface run_packed_yuy2(const KernelInfo& kernel, const KernelSource& src,
+                        const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  const std::vector<uint8_t> packed = planar_to_packed_yuy2(
+      src.y.data(), src.u.data(), src.v.data(), src.pitch, src.pitch / 2,
+      src.run_width, src.run_height, 2 * src.run_width,
+      src.run_height + kSpareRows);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  kernel.entry(source_bytes(packed), nullptr, nullptr, surface.bytes.data(),
+               src.run_width, src.run_height, src.run_width, surface.pitch,
+               &record);
   return surface;
 }
 
 constexpr const char* kPlanarToYuy2 = "planar 4:2:0 to YUY2";
+constexpr const char* kPlanarToYv12 = "planar 4:2:0 to YV12";
+constexpr const char* kPlanarToRgb = "planar 4:2:0 to RGB";
+constexpr const char* kPackedYuy2 = "packed YUY2 to YUY2 and RGB";
+
+const std::vector<FamilyInfo> kFamilies = {
+    {kPlanarToYuy2,
+     "a decoded frame's Y, U and V planes interleaved into a packed 4:2:2 "
+     "surface"},
+    {kPlanarToYv12,
+     "a decoded frame's planes copied or adjusted into a planar surface, V "
+     "plane before U"},
+    {kPlanarToRgb,
+     "a decoded frame converted to RGB; both rows of a pair share their "
+     "chroma row"},
+    {kPackedYuy2,
+     "a packed YUY2 picture (made from the frame by libswscale) onto YUY2 or "
+     "RGB; both rows of a pair take the first row's chroma"},
+};
+
+constexpr const char* kRgb16Details =
+    "Shown in each RGB16 layout. The kernel keeps only the top bits of each "
+    "channel; the PNG widens them back to 8 bits by repeating those bits, so "
+    "the ramps show steps.";
 
 const std::vector<KernelInfo> kKernels = {
     {"loadimage_yuy2", kPlanarToYuy2,
      "copies; in the second row of each pair, pixels 0-3 of every 16 keep "
      "what the surface held",
-     SurfaceFormat::kYuy2, Geometry::kSame, false, loadimage_yuy2,
+     "", SurfaceFormat::kYuy2, Geometry::kSame, false, loadimage_yuy2,
      run_planar9},
     {"loadimage_yuy2_ajust", kPlanarToYuy2,
      "adjusts luma, U and V; writes nothing when the height is 8 or less",
-     SurfaceFormat::kYuy2, Geometry::kSame, true, loadimage_yuy2_ajust,
+     "", SurfaceFormat::kYuy2, Geometry::kSame, true, loadimage_yuy2_ajust,
      run_planar9},
     {"loadimage_yuy2_mono_ajust", kPlanarToYuy2,
      "adjusts luma and writes neutral chroma (0x80): a grey picture",
-     SurfaceFormat::kYuy2, Geometry::kSame, true, loadimage_yuy2_mono_ajust,
+     "", SurfaceFormat::kYuy2, Geometry::kSame, true, loadimage_yuy2_mono_ajust,
      run_planar9},
     {"loadimage_half_yuy2_ajust", kPlanarToYuy2,
      "half width: averages each pixel pair (rounding up), then adjusts",
-     SurfaceFormat::kYuy2, Geometry::kHalfWidth, true,
+     "", SurfaceFormat::kYuy2, Geometry::kHalfWidth, true,
      loadimage_half_yuy2_ajust, run_planar9},
+
+    {"loadimage_yv12", kPlanarToYv12,
+     "copies the planes with its own strides; the V plane starts one byte "
+     "early, on the luma plane's last byte",
+     "Run with width 2W and both pitches W (W the padded width), the one call "
+     "under which its strides make a copy. It copies chroma for twice the "
+     "plane height: the V plane's extra rows land on the U plane and, read "
+     "from a source whose U plane follows its V plane, put it back. Where "
+     "the picture's width is a multiple of 16 and its height even, the "
+     "bottom-right pixel's luma is the first V sample.",
+     SurfaceFormat::kYv12, Geometry::kSame, false, loadimage_yv12,
+     run_yv12_copy},
+    {"loadimage_yv12_ajust", kPlanarToYv12,
+     "adjusts plane by plane; the V plane gets the U offset and the U plane "
+     "the V offset",
+     "Source planes handed over packed (it ignores the source pitch); chroma "
+     "planes placed with lumaPlaneRows = rowsFromDestination = the padded "
+     "height. The offset swap shows only when the U and V offsets differ.",
+     SurfaceFormat::kYv12, Geometry::kSame, true, loadimage_yv12_ajust,
+     run_yv12_adjust},
+    {"loadimage_half_yv12_ajust", kPlanarToYv12,
+     "half width by keeping the odd sample of each pair, then adjusts",
+     "Chroma keeps the odd sample of each chroma pair too. Run at least 32 "
+     "pixels wide: narrower chroma rows would each start 8 bytes further "
+     "right.",
+     SurfaceFormat::kYv12, Geometry::kHalfWidth, true,
+     loadimage_half_yv12_ajust, run_half_yv12},
+
+    {"loadimage_rgb32", kPlanarToRgb, "converts to B G R 0 per pixel", "",
+     SurfaceFormat::kRgb32, Geometry::kSame, false, loadimage_rgb32,
+     run_planar9},
+    {"loadimage_rgb24", kPlanarToRgb, "converts to B G R per pixel", "",
+     SurfaceFormat::kRgb24, Geometry::kSame, false, loadimage_rgb24,
+     run_planar9},
+    {"loadimage_rgb16", kPlanarToRgb,
+     "converts to 16-bit words in the layout of --rgb16-layout, dropping the "
+     "low bits of each channel",
+     kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kSame, false,
+     loadimage_rgb16, run_planar9},
+    {"loadimage_rgb32_ajust", kPlanarToRgb,
+     "adjusts luma, U and V, then converts to B G R 0", "",
+     SurfaceFormat::kRgb32, Geometry::kSame, true, loadimage_rgb32_ajust,
+     run_planar9},
+    {"loadimage_rgb24_ajust", kPlanarToRgb,
+     "adjusts luma, U and V, then converts to B G R", "",
+     SurfaceFormat::kRgb24, Geometry::kSame, true, loadimage_rgb24_ajust,
+     run_planar9},
+    {"loadimage_rgb16_ajust", kPlanarToRgb,
+     "adjusts luma, U and V, then converts to RGB16 words", kRgb16Details,
+     SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
+     loadimage_rgb16_ajust, run_planar9},
+
+    {"LoadYUY2_YUY2", kPackedYuy2,
+     "copies, giving the second row of each pair the first row's chroma", "",
+     SurfaceFormat::kYuy2, Geometry::kSame, false, LoadYUY2_YUY2,
+     run_packed_yuy2},
+    {"LoadYUY2_YUY2_adjust", kPackedYuy2, "adjusts luma, U and V", "",
+     SurfaceFormat::kYuy2, Geometry::kSame, true, LoadYUY2_YUY2_adjust,
+     run_packed_yuy2},
+    {"LoadYUY2_RGB16", kPackedYuy2,
+     "converts to 16-bit words in the layout of --rgb16-layout",
+     kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kSame, false,
+     LoadYUY2_RGB16, run_packed_yuy2},
+    {"LoadYUY2_RGB16_adjust", kPackedYuy2,
+     "adjusts, then converts to RGB16 words", kRgb16Details,
+     SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
+     LoadYUY2_RGB16_adjust, run_packed_yuy2},
+    {"LoadYUY2_RGB24", kPackedYuy2, "converts to B G R per pixel", "",
+     SurfaceFormat::kRgb24, Geometry::kSame, false, LoadYUY2_RGB24,
+     run_packed_yuy2},
+    {"LoadYUY2_RGB24_adjust", kPackedYuy2,
+     "adjusts, then converts to B G R", "", SurfaceFormat::kRgb24,
+     Geometry::kSame, true, LoadYUY2_RGB24_adjust, run_packed_yuy2},
+    {"LoadYUY2_RGB32", kPackedYuy2, "converts to B G R 0 per pixel", "",
+     SurfaceFormat::kRgb32, Geometry::kSame, false, LoadYUY2_RGB32,
+     run_packed_yuy2},
+    {"LoadYUY2_RGB32_adjust", kPackedYuy2,
+     "adjusts and converts to B G R 0, but for widths that are multiples of "
+     "16 only 16 pixels of each row pair, each pair starting further short",
+     "The tool always runs whole 16-pixel groups, so this is what the kernel "
+     "does here: every row pair converts its first 16 pixels and then steps "
+     "on as if it had done the whole row, so each later pair starts another "
+     "W-16 pixels short (W the padded width), in the source and on the "
+     "surface. The converted 16x2 blocks step across and down the surface; "
+     "everything else stays magenta.",
+     SurfaceFormat::kRgb32, Geometry::kSame, true, LoadYUY2_RGB32_adjust,
+     run_packed_yuy2},
 };
 
 const char* geometry_label(Geometry g) {
@@ -110,6 +354,14 @@ KernelSource prepare_source(const Picture420& picture) {
 }
 
 const std::vector<KernelInfo>& all_kernels() { return kKernels; }
+
+const std::vector<FamilyInfo>& kernel_families() { return kFamilies; }
+
+SurfaceFormat surface_format(const KernelInfo& kernel,
+                             const tag_ajust_contrast_info& adjust) {
+  return is_rgb16(kernel.output) ? rgb16_format(adjust.rgb16Layout)
+                                 : kernel.output;
+}
 
 const KernelInfo* find_kernel(const std::string& name) {
   for (const KernelInfo& k : kKernels)
@@ -157,12 +409,6 @@ std::string describe_adjustment(const tag_ajust_contrast_info& a) {
 }
 
 void print_kernel_list(std::ostream& out) {
-  std::vector<const char*> families;
-  for (const KernelInfo& k : kKernels)
-    if (std::none_of(families.begin(), families.end(),
-                     [&](const char* f) { return std::strcmp(f, k.family) == 0; }))
-      families.push_back(k.family);
-
   size_t name_width = 0;
   for (const KernelInfo& k : kKernels)
     name_width = std::max(name_width, std::string(k.name).size());
@@ -170,27 +416,35 @@ void print_kernel_list(std::ostream& out) {
   out << "Kernels the library provides, by family. Output is the surface\n"
          "format and its size for a W x H input picture; * marks kernels\n"
          "that apply the picture adjustment (convert --luma-gain etc.).\n";
-  for (const char* family : families) {
-    out << "\n" << family << "\n";
+  for (const FamilyInfo& family : kFamilies) {
+    out << "\n" << family.name << "\n  (" << family.description << ")\n";
     for (const KernelInfo& k : kKernels) {
-      if (std::strcmp(k.family, family) != 0) continue;
-      const SurfaceFormatInfo& f = surface_format_info(k.output);
+      if (std::strcmp(k.family, family.name) != 0) continue;
       std::string name = k.name;
       name.resize(name_width, ' ');
-      out << "  " << name << (k.adjusts ? " * " : "   ") << f.name << ' '
+      const std::string format = is_rgb16(k.output)
+                                     ? "RGB16 (layout L)"
+                                     : surface_format_info(k.output).name;
+      out << "  " << name << (k.adjusts ? " * " : "   ") << format << ' '
           << geometry_label(k.geometry) << "\n"
           << "  " << std::string(name_width + 3, ' ') << k.description
           << "\n";
     }
   }
-  out << "\nSurface formats:\n";
+  out << "\nSurface formats (RGB16 layout L is convert's --rgb16-layout):\n";
   std::vector<SurfaceFormat> shown;
   for (const KernelInfo& k : kKernels) {
-    if (std::find(shown.begin(), shown.end(), k.output) != shown.end())
-      continue;
-    shown.push_back(k.output);
-    const SurfaceFormatInfo& f = surface_format_info(k.output);
-    out << "  " << f.name << ": " << f.layout << "\n";
+    std::vector<SurfaceFormat> formats = {k.output};
+    if (is_rgb16(k.output)) {
+      formats.clear();
+      for (uint32_t l = 0; l < kRgb16Layouts; ++l) formats.push_back(rgb16_format(l));
+    }
+    for (SurfaceFormat f : formats) {
+      if (std::find(shown.begin(), shown.end(), f) != shown.end()) continue;
+      shown.push_back(f);
+      const SurfaceFormatInfo& info = surface_format_info(f);
+      out << "  " << info.name << ": " << info.layout << "\n";
+    }
   }
 }
 

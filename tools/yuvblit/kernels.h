@@ -1,8 +1,8 @@
 // The registry of library kernels the tool can run. Each entry says what the
-// kernel is, what it writes and which runner calls it; a runner knows one
-// calling convention (today the nine-argument planar form). Adding a kernel
-// of a known convention is one table row in kernels.cpp; a new output format
-// also needs its row in surface.cpp and its case in view.cpp.
+// kernel is, what it writes and which runner calls it; a runner knows how
+// one family wants its source, pitches and surface. Adding a kernel to a
+// known family is one table row in kernels.cpp; a new output format also
+// needs its row in surface.cpp and its case in view.cpp.
 #pragma once
 
 #include <cstdint>
@@ -47,21 +47,36 @@ struct KernelInfo {
   const char* name;         // the library's entry point
   const char* family;       // kernels are listed grouped by this
   const char* description;  // one line
-  SurfaceFormat output;
+  const char* details;      // how the tool calls it, what to look for; or ""
+  SurfaceFormat output;     // RGB16 kernels: layout 0, see surface_format()
   Geometry geometry;
   bool adjusts;             // reads the get_contrast_data() constants
   Kernel9 entry;
   KernelRunner run;
 };
 
+// A family: its name as in KernelInfo::family and a one-line description.
+struct FamilyInfo {
+  const char* name;
+  const char* description;
+};
+
 const std::vector<KernelInfo>& all_kernels();
+// In the order the families first appear in all_kernels().
+const std::vector<FamilyInfo>& kernel_families();
 const KernelInfo* find_kernel(const std::string& name);
 
 void output_size(const KernelInfo& kernel, int width, int height,
                  int& out_width, int& out_height);
 
+// The format the kernel writes under `adjust`: RGB16 kernels take their
+// layout from adjust.rgb16Layout (ToolError above 3, where they would write
+// nothing); every other kernel writes its declared format.
+SurfaceFormat surface_format(const KernelInfo& kernel,
+                             const tag_ajust_contrast_info& adjust);
+
 // Loads `adjust` into the library when the kernel reads it, then runs it on
-// a fresh marker-filled surface.
+// a fresh marker-filled surface. Throws ToolError for an RGB16 layout above 3.
 Surface run_kernel(const KernelInfo& kernel, const KernelSource& source,
                    const tag_ajust_contrast_info& adjust);
 

@@ -19,9 +19,10 @@ namespace {
 
 constexpr const char* kAbout =
     "yuvblit runs the yuvblit library's pixel kernels - the routines a video\n"
-    "player's display path uses to turn decoded planar 4:2:0 frames into\n"
-    "display surfaces, with optional picture adjustment - on real pictures,\n"
-    "and saves what they wrote as PNG images you can look at.\n"
+    "player's display path uses to turn decoded planar 4:2:0 frames and\n"
+    "packed YUY2 pictures into YUY2, YV12 and RGB display surfaces, with\n"
+    "optional picture adjustment - on real pictures, and saves what they\n"
+    "wrote as PNG images you can look at.\n"
     "\n"
     "Surfaces are filled with magenta before a kernel runs, so any magenta\n"
     "in the output is where the kernel wrote nothing.";
@@ -43,9 +44,21 @@ constexpr const char* kConvertAbout =
     "Output naming: when OUT ends in .png, one frame is written to OUT\n"
     "itself and several to OUT's name with -0001, -0002, ... before .png\n"
     "(clip.png -> clip-0001.png, clip-0002.png). Any other OUT gets the\n"
-    "raw surfaces, frame after frame, each row cropped to the picture (for a\n"
-    "YUY2 kernel: packed Y0 U Y1 V, 2 bytes per pixel, width rounded up to\n"
-    "even).\n"
+    "raw surfaces, frame after frame, each row cropped to the picture:\n"
+    "  YUY2   packed Y0 U Y1 V, 2 bytes per pixel, width rounded up to even\n"
+    "  YV12   the luma plane, then the V plane, then the U plane, each\n"
+    "         tightly packed (chroma planes ceil(W/2) x ceil(H/2))\n"
+    "  RGB32  B G R 0 per pixel;  RGB24  B G R per pixel\n"
+    "  RGB16  one little-endian 16-bit word per pixel in the layout of\n"
+    "         --rgb16-layout: 0 5-6-5 (R 15-11, G 10-5, B 4-0), 1 5-5-5\n"
+    "         (R 15-11, G 10-6, B 5-1, bit 0 clear), 2 6-6-4 (R 15-10,\n"
+    "         G 9-4, B 3-0), 3 6-5-5 (R 15-10, G 9-5, B 4-0)\n"
+    "PNG output shows RGB surfaces as they are. The RGB16 kernels drop the\n"
+    "low bits of each channel; the PNG widens what is left back to 8 bits by\n"
+    "repeating the top bits, so smooth ramps show steps.\n"
+    "\n"
+    "Kernels reading packed YUY2 (LoadYUY2_*) get the frame packed by\n"
+    "libswscale, each pixel keeping its own luma and its 2x2 block's chroma.\n"
     "\n"
     "Widths are rounded up to whole 16-pixel groups (repeating the right edge)\n"
     "and heights to even before a kernel runs; the output is cropped back.\n"
@@ -59,11 +72,14 @@ constexpr const char* kConvertAbout =
 
 constexpr const char* kDemoAbout =
     "Renders a picture through every kernel the library provides and writes\n"
-    "DIR/source.png, one DIR/KERNEL.png per kernel and DIR/index.html, a\n"
-    "contact sheet showing them side by side with what each kernel does and\n"
+    "DIR/source.png, one DIR/KERNEL.png per kernel (RGB16 kernels: one\n"
+    "DIR/KERNEL-layoutL.png for each layout L, 0 to 3) and DIR/index.html,\n"
+    "a contact sheet showing them by family with what each kernel does and\n"
     "the adjustment used. Without INPUT the built-in 720x480 test picture is\n"
     "used (colour bars, luma and chroma ramps, zone plate, fine lines);\n"
-    "adjusting kernels get more contrast and saturation with grey kept grey.";
+    "adjusting kernels get more contrast and saturation with grey kept grey.\n"
+    "RGB16 PNGs widen the bits the kernel kept back to 8 bits per channel;\n"
+    "the low bits are dropped by the kernel, so ramps show steps.";
 
 constexpr const char* kListAbout =
     "Lists the kernels by family, with what each does and the surface it "
@@ -140,7 +156,8 @@ int main(int argc, char** argv) {
                           "added to V after the gain")
       ->check(int16_range)->capture_default_str()->type_name("O");
   convert_cmd->add_option("--rgb16-layout", a.rgb16Layout,
-                          "RGB16 pixel layout 0..3, read by RGB16 kernels only")
+                          "RGB16 word layout: 0 5-6-5, 1 5-5-5 (bit 0 clear), "
+                          "2 6-6-4, 3 6-5-5; read by RGB16 kernels only")
       ->check(CLI::Range(0, 3))->capture_default_str()->type_name("L");
 
   add_command(app, "list", kListSummary, kListAbout);

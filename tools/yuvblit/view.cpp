@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 extern "C" {
 #include <libavutil/log.h>
@@ -10,21 +11,111 @@ extern "C" {
 }
 
 #include "errors.h"
+#include "yuvblit.h"
 
 namespace ybtool {
 namespace {
 
-// How each surface format is handed to libswscale. A new surface format
-// needs its case here.
-AVPixelFormat display_format(SurfaceFormat format) {
-  switch (format) {
-    case SurfaceFormat::kYuy2:
-      return AV_PIX_FMT_YUYV422;
+constexpr int kGroupPixels = 16;
+
+int round_up(int v, int m) { return (v + m - 1) / m * m; }
+
+RgbImage blank_image(int w, int h) {
+  RgbImage image;
+  image.width = w;
+  image.height = h;
+  image.pixels.resize(static_cast<size_t>(w) * 3 * h);
+  return image;
+}
+
+// Copies `w` B G R x pixels of `bgrx` (4 bytes each) into row `y`.
+void put_bgrx_row(RgbImage& image, int y, const uint8_t* bgrx) {
+  uint8_t* out = image.pixels.data() + static_cast<size_t>(y) * image.width * 3;
+  for (int x = 0; x < image.width; ++x, bgrx += 4, out += 3) {
+    out[0] = bgrx[2];
+    out[1] = bgrx[1];
+    out[2] = bgrx[0];
   }
-  throw ToolError("internal: no viewer for this surface format");
+}
+
+RgbImage unpack_rgb(const Surface& s) {
+  RgbImage image = blank_image(s.width, s.height);
+  const int bpp = surface_format_info(s.format).bytes_per_pixel;
+  const bool rgb16 = is_rgb16(s.format);
+  const Rgb16Fields f = rgb16 ? rgb16_fields(s.format) : Rgb16Fields{};
+  auto channel = [](unsigned word, Rgb16Channel c) {
+    return widen_channel((word >> c.shift) & ((1u << c.bits) - 1), c.bits);
+  };
+  for (int y = 0; y < s.height; ++y) {
+    const uint8_t* in = s.row(y);
+    uint8_t* out = image.pixels.data() + static_cast<size_t>(y) * s.width * 3;
+    for (int x = 0; x < s.width; ++x, in += bpp, out += 3) {
+      if (rgb16) {
+        const unsigned word = in[0] | in[1] << 8;
+        out[0] = channel(word, f.r);
+        out[1] = channel(word, f.g);
+        out[2] = channel(word, f.b);
+      } else {
+        out[0] = in[2];
+        out[1] = in[1];
+        out[2] = in[0];
+      }
+    }
+  }
+  return image;
+}
+
+// LoadYUY2_RGB32 gives both rows of a pair the first row's chroma. To show
+// every row with its own chroma it runs twice, from row 0 and from row 1,
+// and each run gives the rows that start its pairs. Empty when the surface
+// is too tight for whole 16-pixel groups.
+std::optional<RgbImage> yuy2_through_library(const Surface& s) {
+  const int w = round_up(std::max(s.width, 1), kGroupPixels);
+  if (s.pitch % 2 != 0 || s.pitch < 2 * w) return std::nullopt;
+  for (int first = 0; first < std::min(s.height, 2); ++first) {
+    const int rows = round_up(s.height - first, 2);
+    if (static_cast<size_t>(first + rows - 1) * s.pitch + 2 * w > s.bytes.size())
+      return std::nullopt;
+  }
+  RgbImage image = blank_image(s.width, s.height);
+  tag_ajust_contrast_info record{};  // read for RGB16 only
+  for (int first = 0; first < std::min(s.height, 2); ++first) {
+    const int rows = round_up(s.height - first, 2);
+    std::vector<uint8_t> bgrx(static_cast<size_t>(w) * 4 * rows);
+    LoadYUY2_RGB32(const_cast<uint8_t*>(s.row(first)), nullptr, nullptr,
+                   bgrx.data(), w, rows, s.pitch / 2, w * 4, &record);
+    for (int r = first; r < s.height; r += 2)
+      put_bgrx_row(image, r, bgrx.data() + static_cast<size_t>(r - first) * w * 4);
+  }
+  return image;
+}
+
+// loadimage_rgb32 over the three planes; it takes chroma rows as half the
+// luma pitch apart. Empty when the planes do not suit it.
+std::optional<RgbImage> yv12_through_library(const Surface& s) {
+  const int w = round_up(std::max(s.width, 1), kGroupPixels);
+  const int h = round_up(std::max(s.height, 1), 2);
+  if (s.chroma_pitch * 2 != s.pitch) return std::nullopt;
+  const size_t luma_end = static_cast<size_t>(h - 1) * s.pitch + w;
+  const size_t chroma_end = std::max(s.u_offset, s.v_offset) +
+                            static_cast<size_t>(h / 2 - 1) * s.chroma_pitch + w / 2;
+  if (std::max(luma_end, chroma_end) > s.bytes.size()) return std::nullopt;
+  std::vector<uint8_t> bgrx(static_cast<size_t>(w) * 4 * h);
+  uint8_t* base = const_cast<uint8_t*>(s.bytes.data());
+  tag_ajust_contrast_info record{};
+  loadimage_rgb32(base, base + s.u_offset, base + s.v_offset, bgrx.data(), w, h,
+                  s.pitch, w * 4, &record);
+  RgbImage image = blank_image(s.width, s.height);
+  for (int r = 0; r < s.height; ++r)
+    put_bgrx_row(image, r, bgrx.data() + static_cast<size_t>(r) * w * 4);
+  return image;
 }
 
 }  // namespace
+
+uint8_t widen_channel(unsigned value, int bits) {
+  return static_cast<uint8_t>(value << (8 - bits) | value >> (2 * bits - 8));
+}
 
 Viewer::Viewer() {
   // libswscale warns about unaligned rows, which only costs speed here.
@@ -41,10 +132,38 @@ RgbImage Viewer::view(const Picture420& p) {
 }
 
 RgbImage Viewer::view(const Surface& s) {
-  const uint8_t* planes[4] = {s.bytes.data(), nullptr, nullptr, nullptr};
-  const int strides[4] = {s.pitch, 0, 0, 0};
-  return convert(display_format(s.format), planes, strides, s.stored_width(),
-                 s.height, s.width);
+  used_library_ = false;
+  switch (s.format) {
+    case SurfaceFormat::kYuy2: {
+      if (std::optional<RgbImage> image = yuy2_through_library(s)) {
+        used_library_ = true;
+        return *image;
+      }
+      const uint8_t* planes[4] = {s.bytes.data(), nullptr, nullptr, nullptr};
+      const int strides[4] = {s.pitch, 0, 0, 0};
+      return convert(AV_PIX_FMT_YUYV422, planes, strides, s.stored_width(),
+                     s.height, s.width);
+    }
+    case SurfaceFormat::kYv12: {
+      if (std::optional<RgbImage> image = yv12_through_library(s)) {
+        used_library_ = true;
+        return *image;
+      }
+      const uint8_t* planes[4] = {s.bytes.data(), s.bytes.data() + s.u_offset,
+                                  s.bytes.data() + s.v_offset, nullptr};
+      const int strides[4] = {s.pitch, s.chroma_pitch, s.chroma_pitch, 0};
+      return convert(AV_PIX_FMT_YUV420P, planes, strides, s.width, s.height,
+                     s.width);
+    }
+    case SurfaceFormat::kRgb32:
+    case SurfaceFormat::kRgb24:
+    case SurfaceFormat::kRgb16Layout0:
+    case SurfaceFormat::kRgb16Layout1:
+    case SurfaceFormat::kRgb16Layout2:
+    case SurfaceFormat::kRgb16Layout3:
+      return unpack_rgb(s);
+  }
+  throw ToolError("internal: no viewer for this surface format");
 }
 
 RgbImage Viewer::convert(int av_format, const uint8_t* const planes[],
@@ -70,10 +189,7 @@ RgbImage Viewer::convert(int av_format, const uint8_t* const planes[],
   const int out_strides[4] = {stride, 0, 0, 0};
   sws_scale(context_, planes, strides, 0, h, out_planes, out_strides);
 
-  RgbImage image;
-  image.width = keep_width;
-  image.height = h;
-  image.pixels.resize(static_cast<size_t>(keep_width) * 3 * h);
+  RgbImage image = blank_image(keep_width, h);
   for (int r = 0; r < h; ++r)
     std::memcpy(image.pixels.data() + static_cast<size_t>(r) * keep_width * 3,
                 padded.data() + static_cast<size_t>(r) * stride,

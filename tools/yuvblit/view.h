@@ -1,5 +1,11 @@
-// Turns pictures and kernel surfaces into 8-bit RGB for PNG files, using
-// libswscale (BT.601 limited-range YUV to full-range RGB).
+// Turns pictures and kernel surfaces into 8-bit RGB for PNG files.
+//
+// RGB surfaces are unpacked as they are (RGB16 channels widened to 8 bits
+// by repeating their top bits). YUY2 and YV12 surfaces are converted by the
+// library's own kernels, LoadYUY2_RGB32 and loadimage_rgb32, and by
+// libswscale (BT.601 limited-range YUV to full-range RGB) when a surface's
+// layout does not suit them. Source pictures always go through libswscale,
+// so what a kernel did is compared against an independent conversion.
 #pragma once
 
 #include <cstdint>
@@ -22,6 +28,9 @@ struct RgbImage {
   }
 };
 
+// 8 bits of an RGB16 channel of `bits` bits: its bits repeated downwards.
+uint8_t widen_channel(unsigned value, int bits);
+
 class Viewer {
  public:
   Viewer();
@@ -32,6 +41,10 @@ class Viewer {
   RgbImage view(const Picture420& picture);
   RgbImage view(const Surface& surface);
 
+  // Whether the last view(Surface) of a YUY2 or YV12 surface went through
+  // the library's kernels (false: libswscale).
+  bool used_library() const { return used_library_; }
+
  private:
   // Converts a w x h image of `av_format` and keeps the left `keep_width`
   // columns.
@@ -39,6 +52,7 @@ class Viewer {
                    const int strides[], int w, int h, int keep_width);
 
   SwsContext* context_ = nullptr;
+  bool used_library_ = false;
 };
 
 }  // namespace ybtool

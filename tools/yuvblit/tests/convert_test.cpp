@@ -87,7 +87,7 @@ TEST(Convert, FailuresNameTheProblemAndLeaveNoOutput) {
       {"YUV4MPEG2 W16 H10 C444\n", "out.png", "loadimage_yuy2",
        "in.y4m: unsupported colour space C444 (need 8-bit 4:2:0)"},
       {"YUV4MPEG2 W16 H10\n", "out.png", "loadimage_yuy2", "in.y4m: contains no frames"},
-      {clip, "out.png", "loadimage_rgb32", "unknown kernel 'loadimage_rgb32' (run 'yuvblit list'"},
+      {clip, "out.png", "loadimage_rgb64", "unknown kernel 'loadimage_rgb64' (run 'yuvblit list'"},
       {clip, "no/out.png", "loadimage_yuy2", "out.png: directory"},
       {clip, "in.y4m", "loadimage_yuy2", "in.y4m: is the input file"},
   };

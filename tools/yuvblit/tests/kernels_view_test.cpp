@@ -5,52 +5,26 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <sstream>
+#include <tuple>
 
 #include "errors.h"
 #include "fixtures.h"
 #include "kernels.h"
 #include "png_writer.h"
+#include "surface_probe.h"
 #include "test_pattern.h"
 #include "view.h"
 
 namespace ybtool {
 namespace {
 
-// A picture whose every luma sample and chroma sample differs from its
-// neighbours, so any misplaced row, column or plane shows.
-Picture420 distinct_picture(int w, int h) {
-  Picture420 p;
-  p.allocate(w, h);
-  for (int y = 0; y < h; ++y)
-    for (int x = 0; x < w; ++x)
-      p.y[static_cast<size_t>(y) * w + x] = static_cast<uint8_t>(16 + (x * 5 + y * 11) % 220);
-  for (size_t i = 0; i < p.u.size(); ++i) {
-    p.u[i] = static_cast<uint8_t>(16 + (i * 7) % 220);
-    p.v[i] = static_cast<uint8_t>(16 + (i * 13 + 3) % 220);
-  }
-  return p;
-}
-
-const KernelInfo& kernel(const char* name) {
-  const KernelInfo* k = find_kernel(name);
-  if (!k) std::abort();
-  return *k;
-}
-
-// YUY2 bytes of pixel x in row y: {Y, U, V} of its pair.
-struct Yuy2Pixel {
-  int y, u, v;
-};
-Yuy2Pixel yuy2_at(const Surface& s, int x, int y) {
-  const uint8_t* pair = s.row(y) + (x / 2) * 4;
-  return {pair[(x % 2) * 2], pair[1], pair[3]};
-}
-
-bool is_marker(const Surface& s, int x, int y) {
-  const uint8_t* m = surface_format_info(s.format).marker;
-  const Yuy2Pixel p = yuy2_at(s, x, y);
-  return p.y == m[0] && p.u == m[1] && p.v == m[3];
-}
+using testing::distinct_picture;
+using testing::is_marker;
+using testing::kernel;
+using testing::Yuv3;
+using testing::yuy2_at;
+using testing::size_label;
 
 TEST(KernelRun, UnadjustedOutputMatchesSourceAtAwkwardSizes) {
   // Widths off the 16-pixel group (odd too) and an odd height: the tool pads,
@@ -66,7 +40,7 @@ TEST(KernelRun, UnadjustedOutputMatchesSourceAtAwkwardSizes) {
     for (int y = 0; y < h; ++y)
       for (int x = 0; x < w; ++x) {
         const size_t c = static_cast<size_t>(y / 2) * p.chroma_width() + x / 2;
-        const Yuy2Pixel got = yuy2_at(s, x, y);
+        const Yuv3 got = yuy2_at(s, x, y);
         ASSERT_EQ(got.y, p.y[static_cast<size_t>(y) * w + x]) << x << "," << y;
         ASSERT_EQ(got.u, p.u[c]) << x << "," << y;
         ASSERT_EQ(got.v, p.v[c]) << x << "," << y;
@@ -110,7 +84,7 @@ TEST(KernelRun, DemoAdjustmentKeepsGreyAndStretchesAwayFromIt) {
   std::fill(p.u.begin(), p.u.begin() + 8, 170);   // first chroma row bluer
   const Surface s = run_kernel(kernel("loadimage_yuy2_ajust"), prepare_source(p),
                                demo_adjustment());
-  const Yuy2Pixel grey = yuy2_at(s, 5, 4), bright = yuy2_at(s, 5, 0);
+  const Yuv3 grey = yuy2_at(s, 5, 4), bright = yuy2_at(s, 5, 0);
   EXPECT_EQ(grey.y, 128);
   EXPECT_EQ(grey.u, 128);
   EXPECT_EQ(grey.v, 128);
@@ -119,9 +93,10 @@ TEST(KernelRun, DemoAdjustmentKeepsGreyAndStretchesAwayFromIt) {
   EXPECT_EQ(bright.v, 128);
 }
 
-TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRow) {
-  // A new table entry with the wrong geometry or format leaves marker
-  // pixels (or the wrong size) in the first row, which every kernel writes.
+TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRowInEveryLayout) {
+  // A new table entry with the wrong geometry, format or runner leaves
+  // marker pixels (or the wrong size) in the first row, which every kernel
+  // writes; LoadYUY2_RGB32_adjust writes only its first 16 pixels there.
   const Picture420 p = distinct_picture(48, 16);
   const KernelSource src = prepare_source(p);
   for (const KernelInfo& k : all_kernels()) {
@@ -129,11 +104,39 @@ TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRow) {
     EXPECT_EQ(find_kernel(k.name), &k);
     int w = 0, h = 0;
     output_size(k, p.width, p.height, w, h);
-    const Surface s = run_kernel(k, src, identity_adjustment());
-    EXPECT_EQ(s.width, w);
-    EXPECT_EQ(s.height, h);
-    for (int x = 0; x < w; ++x) EXPECT_FALSE(is_marker(s, x, 0)) << x;
+    const int written = std::string(k.name) == "LoadYUY2_RGB32_adjust" ? 16 : w;
+    tag_ajust_contrast_info adjust = identity_adjustment();
+    for (adjust.rgb16Layout = 0; adjust.rgb16Layout < kRgb16Layouts; ++adjust.rgb16Layout) {
+      SCOPED_TRACE(adjust.rgb16Layout);
+      const Surface s = run_kernel(k, src, adjust);
+      EXPECT_EQ(s.format, surface_format(k, adjust));
+      EXPECT_EQ(s.format == k.output, !is_rgb16(k.output) || adjust.rgb16Layout == 0);
+      EXPECT_EQ(s.width, w);
+      EXPECT_EQ(s.height, h);
+      for (int x = 0; x < w; ++x) EXPECT_EQ(is_marker(s, x, 0), x >= written) << x;
+    }
   }
+}
+
+TEST(KernelRegistry, ListShowsEveryFamilyAndKernel) {
+  std::ostringstream out;
+  print_kernel_list(out);
+  const std::string text = out.str();
+  for (const FamilyInfo& f : kernel_families()) {
+    EXPECT_NE(text.find(std::string(f.name) + "\n  (" + f.description + ")"),
+              std::string::npos) << f.name;
+    EXPECT_TRUE(std::any_of(all_kernels().begin(), all_kernels().end(),
+                            [&](const KernelInfo& k) { return k.family == f.name; }))
+        << f.name << " has no kernels";
+  }
+  for (const KernelInfo& k : all_kernels()) {
+    EXPECT_NE(text.find(std::string("  ") + k.name + " "), std::string::npos) << k.name;
+    EXPECT_TRUE(std::any_of(kernel_families().begin(), kernel_families().end(),
+                            [&](const FamilyInfo& f) { return k.family == f.name; }))
+        << k.name << " is in no listed family";
+  }
+  for (uint32_t l = 0; l < kRgb16Layouts; ++l)
+    EXPECT_NE(text.find(surface_format_info(rgb16_format(l)).name), std::string::npos);
 }
 
 void expect_rgb(const RgbImage& img, int x, int y, int r, int g, int b) {
@@ -161,9 +164,46 @@ TEST(Viewer, ShowsTestPictureBarsAndTheMarkerInTheirColours) {
   const Surface s = run_kernel(*find_kernel("loadimage_yuy2"),
                                prepare_source(picture), identity_adjustment());
   const RgbImage out = viewer.view(s);
+  EXPECT_TRUE(viewer.used_library());
   ASSERT_EQ(out.width, 720);
   expect_rgb(out, 5 * 90 + 45, 100, 255, 0, 0);
   expect_rgb(out, 1, 101, 255, 0, 255);  // untouched pixel of an odd row
+}
+
+// A YUY2 surface whose rows are red, blue, green (pairs with different
+// chroma in their two rows) and `pitch` bytes apart.
+Surface three_colour_yuy2(int width, int pitch) {
+  Surface s = make_marked_surface(SurfaceFormat::kYuy2, width, 3, pitch, 4);
+  const Yuv colours[3] = {rgb_to_yuv601(255, 0, 0), rgb_to_yuv601(0, 0, 255),
+                          rgb_to_yuv601(0, 255, 0)};
+  for (int r = 0; r < 3; ++r)
+    for (int x = 0; x < s.stored_width() / 2; ++x) {
+      uint8_t* pair = s.row(r) + 4 * x;
+      pair[0] = pair[2] = colours[r].y;
+      pair[1] = colours[r].u;
+      pair[3] = colours[r].v;
+    }
+  return s;
+}
+
+TEST(Viewer, Yuy2RowsKeepTheirOwnChromaThroughTheLibraryAndTheFallback) {
+  // LoadYUY2_RGB32 gives both rows of a pair the first row's chroma; the
+  // viewer must not (row 1 would show red). A pitch too tight for whole
+  // 16-pixel groups goes through libswscale instead.
+  Viewer viewer;
+  for (const auto& [width, pitch, library] :
+       {std::tuple{21, 128, true}, {21, 44, false}, {2, 64, true}}) {
+    SCOPED_TRACE(size_label(width, pitch));
+    const RgbImage img = viewer.view(three_colour_yuy2(width, pitch));
+    EXPECT_EQ(viewer.used_library(), library);
+    ASSERT_EQ(img.width, width);
+    ASSERT_EQ(img.height, 3);
+    for (int x : {0, width - 1}) {
+      expect_rgb(img, x, 0, 255, 0, 0);
+      expect_rgb(img, x, 1, 0, 0, 255);
+      expect_rgb(img, x, 2, 0, 255, 0);
+    }
+  }
 }
 
 TEST(Viewer, CropsOddWidthSurfaces) {
