@@ -9,17 +9,26 @@
 #include "frame/groups-inl.h"
 #include "load/packed_yuy2_rows.h"
 
+// Group bodies are forced inline into ForGroups' loop, so that their
+// constants are set up once per row rather than once per vector.
+#define YUVBLIT_INLINE_BODY __attribute__((always_inline))
+
 HWY_BEFORE_NAMESPACE();
 namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// YUY2 output: a group is 16 bytes, one u8 lane per byte. In 16-bit lanes a
-// row is luma (low bytes) and chroma (high bytes, U in even lanes, V in odd).
+// ------------------------------------------------------------ YUY2 output
+
+// Adjustments and layouts are taken by value: byte stores may alias any
+// object, and values in registers need not be reloaded after each store.
+
+// A group is 16 bytes, one u8 lane per byte. In 16-bit lanes a row is luma
+// (low bytes) and chroma (high bytes, U in even lanes, V in odd ones).
 template <bool kAdjust>
 void PackedPairToYuy2Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
-                          size_t groups, const Adjustment& a) {
-  ForGroups<16>(groups, [&](auto d8, size_t g) {
+                          size_t groups, const Adjustment a) {
+  ForGroups<16>(groups, [&](auto d8, size_t g) YUVBLIT_INLINE_BODY {
     const size_t at = 16 * g;
     const auto first = hn::LoadU(d8, s0 + at);
     const auto second = hn::LoadU(d8, s1 + at);
@@ -29,11 +38,11 @@ void PackedPairToYuy2Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uin
       hn::StoreU(hn::OddEven(first, second), d8, d1 + at);
     } else {
       const hn::Repartition<int16_t, decltype(d8)> d16;
-      hn::Vec<decltype(d16)> luma, chroma, luma1, chroma1;
+      hn::Vec<decltype(d16)> luma, chroma, luma1, unused;
       SplitEvenOdd(d8, first, luma, chroma);
       chroma = hn::OddEven(AdjustWide(d16, chroma, a.v), AdjustWide(d16, chroma, a.u));
       hn::StoreU(JoinEvenOdd(d16, AdjustWide(d16, luma, a.luma), chroma), d8, d0 + at);
-      SplitEvenOdd(d8, second, luma1, chroma1);
+      SplitEvenOdd(d8, second, luma1, unused);
       hn::StoreU(JoinEvenOdd(d16, AdjustWide(d16, luma1, a.luma), chroma), d8, d1 + at);
     }
   });
@@ -45,42 +54,19 @@ void PackedPairToYuy2(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t
   PackedPairToYuy2Impl<false>(s0, s1, d0, d1, groups, Adjustment{});
 }
 
-template <RgbPacking P, class D16>
-HWY_INLINE void StorePackedRgb(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
-                               const Rgb16Layout& layout, uint8_t* dst) {
-  if constexpr (P == RgbPacking::kRgb32) {
-    StoreRgb32(d16, even, odd, dst);
-  } else if constexpr (P == RgbPacking::kRgb24) {
-    StoreRgb24(d16, even, odd, dst);
-  } else {
-    StoreRgb16(d16, even, odd, layout, dst);
-  }
-}
+// ------------------------------------------------------------ RGB24 output
 
-// RGB output: a vector of N u8 lanes covers N pixels (2N source bytes), so a
-// 16-pixel group is 16 lanes. Luma and chroma are separated by byte position,
-// then split into one 16-bit lane per pixel pair: even-pixel luma, odd-pixel
-// luma, U and V.
-template <RgbPacking P, bool kAdjust>
-void PackedPairToRgbImpl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
-                         size_t groups, const RgbFormat& format, const Adjustment& a) {
-  constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
-  ForGroups<16>(groups, [&](auto d8, size_t g) {
-    using D16 = hn::Repartition<int16_t, decltype(d8)>;
-    using V16 = hn::Vec<D16>;
-    const D16 d16;
-    auto convert = [&](V16 even, V16 odd, const ChromaTermsV<D16>& terms,
-                       uint8_t* dst) {
-      if (kAdjust) {
-        even = AdjustWide(d16, even, a.luma);
-        odd = AdjustWide(d16, odd, a.luma);
-      }
-      StorePackedRgb<P>(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms),
-                        format.layout, dst + kBpp * 16 * g);
-    };
-
+// One 16-bit lane per pixel pair: a vector of N u8 lanes covers N pixels
+// (2N source bytes), so a 16-pixel group is 16 lanes. Luma and chroma are
+// separated by byte position, then split into even-pixel luma, odd-pixel
+// luma, U and V for the shared RGB24 store.
+template <bool kAdjust>
+void PackedPairToRgb24Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
+                           size_t groups, const Adjustment a) {
+  ForGroups<16>(groups, [&](auto d8, size_t g) YUVBLIT_INLINE_BODY {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
     hn::Vec<decltype(d8)> luma, chroma;
-    V16 even, odd, u, v;
+    hn::Vec<decltype(d16)> even, odd, u, v;
     hn::LoadInterleaved2(d8, s0 + 32 * g, luma, chroma);
     SplitEvenOdd(d8, chroma, u, v);
     if (kAdjust) {
@@ -88,12 +74,119 @@ void PackedPairToRgbImpl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint
       v = AdjustWide(d16, v, a.v);
     }
     const auto terms = ChromaTerms(d16, u, v);
-    SplitEvenOdd(d8, luma, even, odd);
-    convert(even, odd, terms, d0);
+    for (int row = 0; row < 2; ++row) {
+      if (row) hn::LoadInterleaved2(d8, s1 + 32 * g, luma, chroma);  // chroma unused
+      SplitEvenOdd(d8, luma, even, odd);
+      if (kAdjust) {
+        even = AdjustWide(d16, even, a.luma);
+        odd = AdjustWide(d16, odd, a.luma);
+      }
+      StoreRgb24(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms),
+                 (row ? d1 : d0) + 48 * g);
+    }
+  });
+}
 
-    hn::LoadInterleaved2(d8, s1 + 32 * g, luma, chroma);  // chroma unused
-    SplitEvenOdd(d8, luma, even, odd);
-    convert(even, odd, terms, d1);
+// ---------------------------------------------------- RGB32 and RGB16 output
+
+// One 16-bit lane per pixel: a source vector of N bytes holds N/2 pixels,
+// each lane's low byte its luma. U and V of each pair are copied into both
+// of its lanes, so the conversion runs in pixel order and the stores need no
+// even/odd interleave.
+
+// Byte indices (per 16-byte block) that put a pair's U, or V, into the low
+// byte of both of its pixels' lanes and zero into the high byte.
+alignas(16) constexpr uint8_t kPairU[16] = {1, 0x80, 1, 0x80, 5,  0x80, 5,  0x80,
+                                            9, 0x80, 9, 0x80, 13, 0x80, 13, 0x80};
+alignas(16) constexpr uint8_t kPairV[16] = {3,  0x80, 3,  0x80, 7,  0x80, 7,  0x80,
+                                            11, 0x80, 11, 0x80, 15, 0x80, 15, 0x80};
+
+// The RGB32 store interleaves within 16-byte blocks: block i of its lower
+// output takes the first 4 pixels of block i, the upper output the last 4.
+// Loading the source's 8-byte chunks (4 pixels each) in the order 0, n/2,
+// 1, n/2 + 1, ... makes both outputs come out in pixel order; lanes are
+// independent in between.
+template <class D8>
+HWY_INLINE hn::Vec<D8> ForBlockInterleave(D8 d8, hn::Vec<D8> v) {
+  const hn::Repartition<uint64_t, D8> d64;
+  if (hn::Lanes(d64) <= 2) return v;  // one block: in order already
+  const auto half = hn::ShiftRight<1>(hn::Iota(d64, 0));
+  const auto index = hn::OddEven(hn::Add(half, hn::Set(d64, hn::Lanes(d64) / 2)), half);
+  return hn::BitCast(
+      d8, hn::TableLookupLanes(hn::BitCast(d64, v), hn::IndicesFromVec(d64, index)));
+}
+
+template <RgbPacking P, class D8>
+HWY_INLINE hn::Vec<D8> LoadPixels(D8 d8, const uint8_t* src) {
+  const auto v = hn::LoadU(d8, src);
+  return P == RgbPacking::kRgb32 ? ForBlockInterleave(d8, v) : v;
+}
+
+template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>>
+HWY_INLINE hn::Vec<D16> PixelLuma(D8 /*d8*/, hn::Vec<D8> src, const Adjustment& a) {
+  const D16 d16;
+  const hn::RebindToUnsigned<D16> du16;
+  const auto y = hn::BitCast(d16, hn::And(hn::BitCast(du16, src), hn::Set(du16, 0xFF)));
+  return kAdjust ? AdjustWide(d16, y, a.luma) : y;
+}
+
+template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>>
+HWY_INLINE ChromaTermsV<D16> PixelChromaTerms(D8 d8, hn::Vec<D8> src, const Adjustment& a) {
+  const D16 d16;
+  auto u = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairU)));
+  auto v = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairV)));
+  if (kAdjust) {
+    u = AdjustWide(d16, u, a.u);
+    v = AdjustWide(d16, v, a.v);
+  }
+  return ChromaTerms(d16, u, v);
+}
+
+// RGB32: B | G << 8 and R | 0 << 8 interleaved as 16-bit lanes give B, G, R,
+// 0 per pixel (pixels in ForBlockInterleave order). RGB16: the shared
+// layout word per lane.
+template <RgbPacking P, class D16>
+HWY_INLINE void StorePixels(D16 d16, const RgbV<D16>& c, const Rgb16Layout& layout,
+                            uint8_t* dst) {
+  const hn::RebindToUnsigned<D16> du16;
+  const hn::Repartition<uint8_t, D16> d8;
+  if constexpr (P == RgbPacking::kRgb32) {
+    const auto bg = hn::BitCast(du16, hn::Or(c.b, hn::ShiftLeft<8>(c.g)));
+    const auto r0 = hn::BitCast(du16, c.r);
+    hn::StoreU(hn::BitCast(d8, hn::InterleaveLower(du16, bg, r0)), d8, dst);
+    hn::StoreU(hn::BitCast(d8, hn::InterleaveUpper(du16, bg, r0)), d8, dst + hn::Lanes(d8));
+  } else {
+    hn::StoreU(hn::BitCast(du16, PackRgb16Word(d16, c, layout)), du16,
+               reinterpret_cast<uint16_t*>(dst));
+  }
+}
+
+template <RgbPacking P, bool kAdjust>
+void PackedPixelsToRgbImpl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
+                           size_t groups, const Rgb16Layout layout, const Adjustment a) {
+  constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : 2;
+  // A 16-pixel group is 16 u8 lanes' worth: two source vectors per row. The
+  // whole first row of these groups is stored before the second.
+  ForGroups<16>(groups, [&](auto d8, size_t g) YUVBLIT_INLINE_BODY {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    const size_t n = hn::Lanes(d8);
+    const auto first0 = LoadPixels<P>(d8, s0 + 32 * g);
+    const auto first1 = LoadPixels<P>(d8, s0 + 32 * g + n);
+    const auto terms0 = PixelChromaTerms<kAdjust>(d8, first0, a);
+    const auto terms1 = PixelChromaTerms<kAdjust>(d8, first1, a);
+    uint8_t* out0 = d0 + kBpp * 16 * g;
+    uint8_t* out1 = d1 + kBpp * 16 * g;
+    const size_t half = kBpp * n / 2;  // destination bytes per source vector
+    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, first0, a), terms0),
+                   layout, out0);
+    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, first1, a), terms1),
+                   layout, out0 + half);
+    const auto second0 = LoadPixels<P>(d8, s1 + 32 * g);
+    const auto second1 = LoadPixels<P>(d8, s1 + 32 * g + n);
+    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, second0, a), terms0),
+                   layout, out1);
+    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, second1, a), terms1),
+                   layout, out1 + half);
   });
 }
 
@@ -101,16 +194,21 @@ void PackedPairToRgb(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t*
                      size_t groups, const RgbFormat& format, const Adjustment* adjust) {
   const Adjustment none{};
   const Adjustment& a = adjust ? *adjust : none;
-#define YUVBLIT_PACKED_CASE(P)                                                   \
-  case P:                                                                        \
-    return adjust ? PackedPairToRgbImpl<P, true>(s0, s1, d0, d1, groups, format, a) \
-                  : PackedPairToRgbImpl<P, false>(s0, s1, d0, d1, groups, format, a);
   switch (format.packing) {
-    YUVBLIT_PACKED_CASE(RgbPacking::kRgb32)
-    YUVBLIT_PACKED_CASE(RgbPacking::kRgb24)
-    YUVBLIT_PACKED_CASE(RgbPacking::kRgb16)
+    case RgbPacking::kRgb32:
+      return adjust ? PackedPixelsToRgbImpl<RgbPacking::kRgb32, true>(s0, s1, d0, d1, groups,
+                                                                     format.layout, a)
+                    : PackedPixelsToRgbImpl<RgbPacking::kRgb32, false>(s0, s1, d0, d1, groups,
+                                                                      format.layout, a);
+    case RgbPacking::kRgb16:
+      return adjust ? PackedPixelsToRgbImpl<RgbPacking::kRgb16, true>(s0, s1, d0, d1, groups,
+                                                                     format.layout, a)
+                    : PackedPixelsToRgbImpl<RgbPacking::kRgb16, false>(s0, s1, d0, d1, groups,
+                                                                      format.layout, a);
+    case RgbPacking::kRgb24:
+      return adjust ? PackedPairToRgb24Impl<true>(s0, s1, d0, d1, groups, a)
+                    : PackedPairToRgb24Impl<false>(s0, s1, d0, d1, groups, a);
   }
-#undef YUVBLIT_PACKED_CASE
 }
 
 }  // namespace HWY_NAMESPACE
