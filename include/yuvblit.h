@@ -163,20 +163,43 @@ YUVBLIT_A9(loadimage_half_yuy2_ajust);
 
 /*
  * Planar frame to YV12 (luma plane, then V plane, then U plane).
- * loadimage_yv12: plane copy with its own historical stride arithmetic.
- * loadimage_yv12_ajust: adjusts plane by plane; chroma planes are placed from
- *   adjust->lumaPlaneRows and adjust->rowsFromDestination; sources are read as
- *   packed rows; the V plane gets the U offset and the U plane the V offset.
- * loadimage_half_yv12_ajust: half width by keeping odd samples, adjusted.
+ *
+ * loadimage_yv12: copies with its own historical stride arithmetic. Per row
+ *   pair and 16-byte group it copies srcY -> dst and srcY + width ->
+ *   dst + srcPitch; the destination is not moved at row-pair ends (rows
+ *   continue where the last group ended) and the source moves by
+ *   2*srcPitch - width + 2*dstPitch - width. The V plane starts at
+ *   dst + height*dstPitch - 1, the U plane (height*dstPitch >> 2) after it;
+ *   chroma is copied for `height` chroma rows (twice the chroma plane's
+ *   height), U rows before V rows in each step. Chroma strides are the
+ *   unsigned halves of the pitches: pitches must not be negative.
+ * loadimage_yv12_ajust: adjusts plane by plane, 8 samples per step, at
+ *   least one row and 8*ceil(width/8) bytes per row. The source planes are
+ *   read as packed rows of that length (srcPitch is ignored). The V plane is
+ *   placed at dst + rowsFromDestination*dstPitch +
+ *   (((lumaPlaneRows - rowsFromDestination)*dstPitch) >> 2) and the U plane
+ *   ((lumaPlaneRows*dstPitch) >> 2) after it, from the two record fields.
+ *   The V plane (from srcV) gets the U offset and the U plane the V offset.
+ * loadimage_half_yv12_ajust: half width by keeping the odd samples of each
+ *   pair, adjusted; 8*ceil(width/16) bytes per luma row, every row kept. V
+ *   plane at dst + height*dstPitch, U plane (dstPitch/2)*(height/2) after
+ *   it. The last chroma step of a row is moved back to end at the row's
+ *   end.
  */
 YUVBLIT_A9(loadimage_yv12);
 YUVBLIT_A9(loadimage_yv12_ajust);
 YUVBLIT_A9(loadimage_half_yv12_ajust);
 
 /*
- * Planar frame to RGB32 (B G R 0), RGB24 (B G R) and RGB16 (layout
- * adjust->rgb16Layout, 0..3; above 3 the RGB16 kernels write nothing).
- * Groups of 16 pixels by a row pair sharing chroma; drift as for YUY2.
+ * Planar frame to RGB32 (bytes B G R 0), RGB24 (B G R) and RGB16 (one
+ * little-endian word per pixel in layout adjust->rgb16Layout: 0 = 5-6-5,
+ * 1 = 5-5-5 in bits 15..1, 2 = 6-6-4, 3 = 6-5-5; low bits are dropped, no
+ * rounding; above 3 the RGB16 kernels return without writing). Fixed-point
+ * conversion of studio-range YUV (Y 16..235), truncating. Groups of 16
+ * pixels by a row pair sharing one chroma row: a row writes
+ * ceil(width/16)*16 pixels (64, 48 or 32 bytes per group), at least one row
+ * pair; row pairs drift right for widths that are not multiples of 16. The
+ * _ajust forms adjust the samples before converting.
  */
 YUVBLIT_A9(loadimage_rgb32);
 YUVBLIT_A9(loadimage_rgb24);
@@ -186,8 +209,34 @@ YUVBLIT_A9(loadimage_rgb24_ajust);
 YUVBLIT_A9(loadimage_rgb16_ajust);
 
 /*
- * Packed YUY2 source (srcY; srcPitch in pixels) to YUY2 and RGB surfaces.
- * Row pairs use the first row's chroma for both rows. No drift.
+ * Packed YUY2 source (srcY, pixel pairs Y0 U Y1 V; srcPitch in pixels, so
+ * source rows are 2*srcPitch bytes apart; srcU and srcV are not read) onto
+ * YUY2 and RGB surfaces. Row pairs use the first row's chroma for both rows.
+ * Groups are 8 pixels for YUY2 output and 16 pixels for RGB output, read in
+ * whole groups on both rows; a row writes ceil(width/8)*16 bytes (YUY2) or
+ * ceil(width/16) groups of 32, 48 or 64 bytes (RGB16, RGB24, RGB32), at
+ * least one group. After a row's groups both pointers move back to the
+ * row's end, so later rows do not drift (except at width 0, where every row
+ * pair starts one group further right). RGB16 kernels read
+ * adjust->rgb16Layout and write nothing above 3.
+ *
+ * LoadYUY2_RGB32_adjust applies the end-of-row correction after every group
+ * and tests for the end of the row after that correction:
+ *  - Widths that are multiples of 16 (0 included): each row pair converts
+ *    only its first 16 pixels (64 bytes in each of its two rows). The pair
+ *    steps are those of a full row, so row pair k reads from
+ *    srcY + k*(4*srcPitch - 2*width + 32) and writes to
+ *    dst + k*(2*dstPitch - 4*width + 64). height/2 row pairs are done (at
+ *    least one).
+ *  - Other widths (r = width mod 16): the loop as defined would never end.
+ *    This library converts the first row pair only and returns, without
+ *    reading height: ceil(width/16) groups (what LoadYUY2_RGB32 converts per
+ *    row), group k converting source pixels k*r .. k*r+15 of rows 0 and 1
+ *    into destination pixels k*r .. k*r+15 of both rows, with row 0's
+ *    chroma; a later group overwrites what it shares with an earlier one.
+ *    When r is odd, odd groups start on the second pixel of a pair and so
+ *    read a pair's V byte as U and the next pair's U byte as V. Nothing is
+ *    written outside what LoadYUY2_RGB32 writes for the same arguments.
  */
 YUVBLIT_A9(LoadYUY2_YUY2);
 YUVBLIT_A9(LoadYUY2_YUY2_adjust);
