@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <algorithm>
 #include <iterator>
 
 #include "errors.h"
@@ -71,6 +72,59 @@ TEST(Convert, RawOutputIsCroppedSurfacesBackToBack) {
       ASSERT_EQ(static_cast<uint8_t>(raw[at]), src.y[i]) << f << ":" << i;
       ASSERT_EQ(static_cast<uint8_t>(raw[at + 1]), 0x80) << f << ":" << i;
     }
+  }
+}
+
+TEST(Convert, RawYv12IsLumaThenVThenUPlanePerFrame) {
+  // 10x4 runs 16 wide: the planes must come out cropped, V before U.
+  ScratchDir dir;
+  const std::string in = dir.write("in.y4m", y4m_clip(10, 4, 2));
+  for (const char* kernel : {"loadimage_yv12", "loadimage_yv12_ajust"}) {
+    SCOPED_TRACE(kernel);
+    const ConvertResult r = run_convert(options(in, dir.file("out.yv12"), kernel), nullptr);
+    EXPECT_EQ(r.format, "YV12");
+    EXPECT_EQ(r.width, 10);
+    const std::string raw = read_file(dir.file("out.yv12"));
+    ASSERT_EQ(raw.size(), 2u * (40 + 2 * 5 * 2));
+    for (int f = 0; f < 2; ++f) {
+      const Picture420 src = testing::clip_frame(10, 4, f);
+      const std::string frame = raw.substr(f * 60, 60);
+      EXPECT_EQ(frame.substr(0, 40), std::string(src.y.begin(), src.y.end())) << f;
+      EXPECT_EQ(frame.substr(40, 10), std::string(10, char(150 + f))) << "V plane, frame " << f;
+      EXPECT_EQ(frame.substr(50, 10), std::string(10, char(100 + f))) << "U plane, frame " << f;
+    }
+  }
+}
+
+TEST(Convert, Rgb16LayoutReachesTheKernelAndIsChecked) {
+  // Near-white is 0xFFFF in every layout but 1, which keeps bit 0 clear.
+  ScratchDir dir;
+  Picture420 white;
+  white.allocate(6, 2);
+  std::fill(white.y.begin(), white.y.end(), 235);
+  const std::string in = dir.write("in.y4m", testing::y4m_header(6, 2) + testing::y4m_frame(white));
+  ConvertOptions o = options(in, dir.file("out.rgb16"), "loadimage_rgb16");
+  o.adjust.rgb16Layout = 1;
+  const ConvertResult r = run_convert(o, nullptr);
+  EXPECT_EQ(r.format, "RGB16 layout 1");
+  std::string expected;
+  for (int i = 0; i < 12; ++i) expected += "\xFE\xFF";
+  EXPECT_EQ(read_file(dir.file("out.rgb16")), expected);
+
+  for (uint32_t layout : {4u, 0x80000000u}) {
+    ScratchDir empty;
+    const std::string clip = empty.write("in.y4m", y4m_clip(16, 10, 1));
+    ConvertOptions bad = options(clip, empty.file("out.png"), "loadimage_rgb16");
+    bad.adjust.rgb16Layout = layout;
+    try {
+      run_convert(bad, nullptr);
+      ADD_FAILURE() << "converted with layout " << layout;
+    } catch (const ToolError& e) {
+      EXPECT_NE(std::string(e.what()).find("--rgb16-layout " + std::to_string(layout) +
+                                           ": not a layout (0 to 3)"),
+                std::string::npos) << e.what();
+    }
+    EXPECT_EQ(empty.names(), Names{"in.y4m"});
   }
 }
 
