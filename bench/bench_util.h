@@ -45,9 +45,10 @@ std::string size_name(Size s);  // "720x480"
 // ------------------------------------------------------------------ buffers
 
 // Heap bytes starting `offset` bytes into a fresh page. Where buffers sit
-// relative to 4 KiB boundaries decides how often a kernel's loads falsely
-// wait on its own stores (4K aliasing), which moves some converters by a
-// third at 720x480; placing every buffer explicitly keeps runs comparable.
+// relative to 4 KiB boundaries can decide how often a kernel's loads
+// falsely wait on its own stores (4K aliasing); placing every buffer
+// explicitly gives every kernel and peer the same layout in every run,
+// whatever the heap did before.
 class Buffer {
  public:
   Buffer() = default;
