@@ -45,12 +45,19 @@ HWY_INLINE hn::Vec<D16> ClampToByte(D16 d16, hn::Vec<D16> v) {
 
 // Sample adjustment of int16 lanes holding 0..255: x * gain (low 16 bits),
 // +32 saturating, logical >> 6, + offset saturating, clamped to 0..255.
+// Gain and offset may differ per lane (e.g. U and V lanes alternating).
+template <class D16>
+HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, hn::Vec<D16> gain,
+                                   hn::Vec<D16> offset) {
+  const hn::RebindToUnsigned<D16> du16;
+  auto r = hn::SaturatedAdd(hn::Mul(x, gain), hn::Set(d16, 32));
+  r = hn::BitCast(d16, hn::ShiftRight<6>(hn::BitCast(du16, r)));
+  return ClampToByte(d16, hn::SaturatedAdd(r, offset));
+}
+
 template <class D16>
 HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
-  const hn::RebindToUnsigned<D16> du16;
-  auto r = hn::SaturatedAdd(hn::Mul(x, hn::Set(d16, a.gain)), hn::Set(d16, 32));
-  r = hn::BitCast(d16, hn::ShiftRight<6>(hn::BitCast(du16, r)));
-  return ClampToByte(d16, hn::SaturatedAdd(r, hn::Set(d16, a.offset)));
+  return AdjustWide(d16, x, hn::Set(d16, a.gain), hn::Set(d16, a.offset));
 }
 
 // Applies one SampleAdjust to every byte of a u8 vector.

@@ -16,20 +16,32 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
+// The groups left after the full vectors: at most one vector of each
+// halved width, widest first, down to a single group.
+template <size_t kLanes, size_t kLanesPerGroup, class Body>
+HWY_INLINE void ForRemainingGroups(size_t g, size_t groups, Body& body) {
+  if constexpr (kLanes >= kLanesPerGroup) {
+    const hn::CappedTag<uint8_t, kLanes> d;
+    const size_t perVector = hn::Lanes(d) / kLanesPerGroup;
+    if (g + perVector <= groups) {
+      body(d, g);
+      g += perVector;
+    }
+    ForRemainingGroups<kLanes / 2, kLanesPerGroup>(g, groups, body);
+  }
+}
+
 // Calls body(d, firstGroup) for every run of groups, where one group is
 // kLanesPerGroup u8 lanes of the tag d. Full vectors take as many groups as
-// fit; the rest go one group at a time with a narrow tag, so nothing is read
-// or written outside the groups asked for.
+// fit; the rest go through halved widths, so nothing is read or written
+// outside the groups asked for and short rows still use wide vectors.
 template <size_t kLanesPerGroup, class Body>
 HWY_INLINE void ForGroups(size_t groups, Body&& body) {
   const hn::ScalableTag<uint8_t> d;
   const size_t perVector = hn::Lanes(d) / kLanesPerGroup;
   size_t g = 0;
-  if (perVector > 1) {
-    for (; g + perVector <= groups; g += perVector) body(d, g);
-  }
-  const hn::CappedTag<uint8_t, kLanesPerGroup> one;
-  for (; g < groups; ++g) body(one, g);
+  for (; g + perVector <= groups; g += perVector) body(d, g);
+  ForRemainingGroups<HWY_MAX_BYTES / 2, kLanesPerGroup>(g, groups, body);
 }
 
 }  // namespace HWY_NAMESPACE

@@ -1,4 +1,10 @@
 // Vector row operations from planar rows to YUY2.
+//
+// YUY2 is handled as 16-bit words: pixel 2i's word is Y(2i) | U(i) << 8 and
+// pixel 2i+1's is Y(2i+1) | V(i) << 8. Luma splits into even and odd pixels
+// by byte position within 16-bit lanes and chroma widens to 16-bit lanes, so
+// each chroma lane meets its two pixels without any shuffle; only the final
+// store interleaves the even and odd words.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "load/yuy2_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
@@ -13,75 +19,106 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// A group is 8 chroma lanes: 16 luma bytes in, 32 YUY2 bytes out.
-constexpr size_t kChromaPerGroup = 8;
+// A full-width group is 16 luma lanes: 8 U, 8 V, 32 bytes out.
+constexpr size_t kLumaPerGroup = 16;
+
+// Chroma samples for the luma vector of tag d8 (half as many), widened.
+template <class D8, class D16 = hn::Repartition<int16_t, D8>>
+HWY_INLINE hn::Vec<D16> LoadChroma(D8 /*d8*/, const uint8_t* p) {
+  const D16 d16;
+  const hn::Rebind<uint8_t, D16> dh;
+  return hn::PromoteTo(d16, hn::LoadU(dh, p));
+}
+
+// Even-pixel words Y | U << 8 and odd-pixel words Y | V << 8, interleaved
+// into pixel order.
+template <class D16>
+HWY_INLINE void StoreYuy2(D16 /*d16*/, hn::Vec<D16> evenY, hn::Vec<D16> u,
+                          hn::Vec<D16> oddY, hn::Vec<D16> v, uint8_t* dst) {
+  const hn::RebindToUnsigned<D16> du16;
+  hn::StoreInterleaved2(hn::BitCast(du16, hn::Or(evenY, hn::ShiftLeft<8>(u))),
+                        hn::BitCast(du16, hn::Or(oddY, hn::ShiftLeft<8>(v))), du16,
+                        reinterpret_cast<uint16_t*>(dst));
+}
 
 void PlanarPairToYuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
-                      const uint8_t* v, uint8_t* d0, uint8_t* d1,
-                      size_t groups) {
-  ForGroups<kChromaPerGroup>(groups, [&](auto d, size_t g) {
-    const size_t n = hn::Lanes(d);
-    const auto cu = hn::LoadU(d, u + 8 * g);
-    const auto cv = hn::LoadU(d, v + 8 * g);
-    hn::Vec<decltype(d)> ye, yo;
-    hn::LoadInterleaved2(d, y0 + 16 * g, ye, yo);
-    hn::StoreInterleaved4(ye, cu, yo, cv, d, d0 + 32 * g);
+                      const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups) {
+  ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    const size_t n = hn::Lanes(d8);
+    const auto cu = LoadChroma(d8, u + 8 * g);
+    const auto cv = LoadChroma(d8, v + 8 * g);
+    hn::Vec<decltype(d16)> even, odd;
+    SplitEvenOdd(d8, hn::LoadU(d8, y0 + 16 * g), even, odd);
+    StoreYuy2(d16, even, cu, odd, cv, d0 + 32 * g);
 
     // Second row: bytes 0..7 of each 32-byte group keep the surface's bytes.
-    hn::LoadInterleaved2(d, y1 + 16 * g, ye, yo);
-    HWY_ALIGN uint8_t packed[4 * HWY_MAX_BYTES];
-    hn::StoreInterleaved4(ye, cu, yo, cv, d, packed);
-    for (size_t i = 0; i < 4; ++i) {
-      const hn::RebindToSigned<decltype(d)> di;
+    SplitEvenOdd(d8, hn::LoadU(d8, y1 + 16 * g), even, odd);
+    HWY_ALIGN uint8_t packed[2 * HWY_MAX_BYTES];
+    StoreYuy2(d16, even, cu, odd, cv, packed);
+    const hn::RebindToSigned<decltype(d8)> di;
+    for (size_t i = 0; i < 2; ++i) {
       const auto index = hn::BitCast(
-          di, hn::And(hn::Iota(d, static_cast<uint8_t>(i * n)),
-                      hn::Set(d, uint8_t{31})));
-      const auto written =
-          hn::RebindMask(d, hn::Gt(index, hn::Set(di, int8_t{7})));
-      hn::BlendedStore(hn::Load(d, packed + i * n), written, d,
-                       d1 + 32 * g + i * n);
+          di, hn::And(hn::Iota(d8, static_cast<uint8_t>(i * n)), hn::Set(d8, uint8_t{31})));
+      const auto written = hn::RebindMask(d8, hn::Gt(index, hn::Set(di, int8_t{7})));
+      hn::BlendedStore(hn::Load(d8, packed + i * n), written, d8, d1 + 32 * g + i * n);
     }
   });
 }
 
-void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* u,
-                             const uint8_t* v, uint8_t* dst, size_t groups,
-                             const Adjustment& a) {
-  ForGroups<kChromaPerGroup>(groups, [&](auto d, size_t g) {
-    const auto cu = AdjustBytes(d, hn::LoadU(d, u + 8 * g), a.u);
-    const auto cv = AdjustBytes(d, hn::LoadU(d, v + 8 * g), a.v);
-    hn::Vec<decltype(d)> ye, yo;
-    hn::LoadInterleaved2(d, y + 16 * g, ye, yo);
-    hn::StoreInterleaved4(AdjustBytes(d, ye, a.luma), cu,
-                          AdjustBytes(d, yo, a.luma), cv, d, dst + 32 * g);
+void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                             uint8_t* dst, size_t groups, const Adjustment a) {
+  ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    hn::Vec<decltype(d16)> even, odd;
+    SplitEvenOdd(d8, hn::LoadU(d8, y + 16 * g), even, odd);
+    StoreYuy2(d16, AdjustWide(d16, even, a.luma), AdjustWide(d16, LoadChroma(d8, u + 8 * g), a.u),
+              AdjustWide(d16, odd, a.luma), AdjustWide(d16, LoadChroma(d8, v + 8 * g), a.v),
+              dst + 32 * g);
   });
 }
 
-void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups,
-                         const Adjustment& a) {
-  ForGroups<kChromaPerGroup>(groups, [&](auto d, size_t g) {
-    const auto grey = hn::Set(d, uint8_t{0x80});
-    hn::Vec<decltype(d)> ye, yo;
-    hn::LoadInterleaved2(d, y + 16 * g, ye, yo);
-    hn::StoreInterleaved4(AdjustBytes(d, ye, a.luma), grey,
-                          AdjustBytes(d, yo, a.luma), grey, d, dst + 32 * g);
+void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups, const Adjustment a) {
+  ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    const auto grey = hn::Set(d16, 0x80);
+    hn::Vec<decltype(d16)> even, odd;
+    SplitEvenOdd(d8, hn::LoadU(d8, y + 16 * g), even, odd);
+    StoreYuy2(d16, AdjustWide(d16, even, a.luma), grey, AdjustWide(d16, odd, a.luma), grey,
+              dst + 32 * g);
   });
 }
 
-// Half width: a group is 16 luma in, 8 pixels (16 bytes) out, i.e. 4 lanes
-// per output stream.
+// Half width: 16 luma in, 8 pixels (16 bytes) out per group. In 16-bit
+// lanes the luma averages come out in pixel order; seen as 32-bit lanes each
+// holds the two pixels of an output pair, and the averaged U and V of that
+// pair go into the other two bytes.
 void PlanarRowToHalfYuy2(const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                         uint8_t* dst, size_t groups, const Adjustment& a) {
-  ForGroups<4>(groups, [&](auto d, size_t g) {
-    hn::Vec<decltype(d)> y0, y1, y2, y3, c0, c1;
-    hn::LoadInterleaved4(d, y + 16 * g, y0, y1, y2, y3);
-    const auto evenPixels = AdjustBytes(d, hn::AverageRound(y0, y1), a.luma);
-    const auto oddPixels = AdjustBytes(d, hn::AverageRound(y2, y3), a.luma);
-    hn::LoadInterleaved2(d, u + 8 * g, c0, c1);
-    const auto cu = AdjustBytes(d, hn::AverageRound(c0, c1), a.u);
-    hn::LoadInterleaved2(d, v + 8 * g, c0, c1);
-    const auto cv = AdjustBytes(d, hn::AverageRound(c0, c1), a.v);
-    hn::StoreInterleaved4(evenPixels, cu, oddPixels, cv, d, dst + 16 * g);
+                         uint8_t* dst, size_t groups, const Adjustment a) {
+  ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+    const hn::Repartition<int16_t, decltype(d8)> d16;
+    const hn::Repartition<uint32_t, decltype(d8)> d32;
+    const auto one = hn::Set(d16, 1);
+    hn::Vec<decltype(d16)> even, odd;
+    SplitEvenOdd(d8, hn::LoadU(d8, y + 16 * g), even, odd);
+    const auto luma =
+        AdjustWide(d16, hn::ShiftRight<1>(hn::Add(hn::Add(even, odd), one)), a.luma);
+
+    // Pairwise chroma averages in the low 16 bits of 32-bit lanes.
+    auto average = [&](const uint8_t* p) {
+      const auto c = hn::BitCast(d32, LoadChroma(d8, p));
+      const auto sum = hn::Add(hn::And(c, hn::Set(d32, 0xFFFFu)), hn::ShiftRight<16>(c));
+      return hn::ShiftRight<1>(hn::Add(sum, hn::Set(d32, 1u)));
+    };
+    const auto uv = hn::BitCast(d16, hn::Or(average(u + 8 * g),
+                                            hn::ShiftLeft<16>(average(v + 8 * g))));
+    const auto gain = hn::Set(d16, a.u.gain);
+    const auto offsets = hn::BitCast(
+        d16, hn::Set(d32, static_cast<uint16_t>(a.u.offset) |
+                              static_cast<uint32_t>(static_cast<uint16_t>(a.v.offset)) << 16));
+    const auto chroma = AdjustWide(d16, uv, gain, offsets);
+    const auto out = hn::Or(hn::BitCast(d32, luma), hn::ShiftLeft<8>(hn::BitCast(d32, chroma)));
+    hn::StoreU(hn::BitCast(d8, out), d8, dst + 16 * g);
   });
 }
 
@@ -97,23 +134,22 @@ HWY_EXPORT(PlanarRowToYuy2Adjusted);
 HWY_EXPORT(PlanarRowToYuy2Mono);
 HWY_EXPORT(PlanarRowToHalfYuy2);
 
-void planar_pair_to_yuy2(const uint8_t* y0, const uint8_t* y1,
-                         const uint8_t* u, const uint8_t* v, uint8_t* d0,
-                         uint8_t* d1, size_t groups) {
+// Adjustments are passed by value: byte stores may alias any object, and a
+// value in registers need not be reloaded after each store.
+void planar_pair_to_yuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
+                         const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups) {
   HWY_DYNAMIC_DISPATCH(PlanarPairToYuy2)(y0, y1, u, v, d0, d1, groups);
 }
-void planar_row_to_yuy2_adjusted(const uint8_t* y, const uint8_t* u,
-                                 const uint8_t* v, uint8_t* d, size_t groups,
-                                 const Adjustment& a) {
+void planar_row_to_yuy2_adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                                 uint8_t* d, size_t groups, const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(PlanarRowToYuy2Adjusted)(y, u, v, d, groups, a);
 }
 void planar_row_to_yuy2_mono(const uint8_t* y, uint8_t* d, size_t groups,
                              const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(PlanarRowToYuy2Mono)(y, d, groups, a);
 }
-void planar_row_to_half_yuy2(const uint8_t* y, const uint8_t* u,
-                             const uint8_t* v, uint8_t* d, size_t groups,
-                             const Adjustment& a) {
+void planar_row_to_half_yuy2(const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                             uint8_t* d, size_t groups, const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(PlanarRowToHalfYuy2)(y, u, v, d, groups, a);
 }
 
