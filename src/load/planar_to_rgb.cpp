@@ -25,23 +25,12 @@ void planar_to_rgb(void* srcY, void* srcU, void* srcV, void* dst, int32_t width,
   const std::optional<RgbFormat> format = rgb_format(packing, record);
   if (!format) return;
   const Adjustment a = current_adjustment();
-  const size_t bpp = bytes_per_pixel(packing);
-  PlanarCursor c(srcY, srcU, srcV, dst);
-  const size_t groups = passes(static_cast<uint32_t>(width), 16);
-  uint32_t rows = static_cast<uint32_t>(height);
-  do {
-    const uint8_t* y1 = step(c.y, srcPitch);
-    uint8_t* d1 = step(c.d, dstPitch);
-    run_row_groups({c.d, d1}, 16 * bpp, groups, [&](size_t g, size_t n) {
-      planar_pair_to_rgb(c.y + 16 * g, y1 + 16 * g, c.u + 8 * g, c.v + 8 * g,
-                         c.d + 16 * bpp * g, d1 + 16 * bpp * g, n, *format,
-                         adjusts ? &a : nullptr);
-    });
-    c.advance_groups(groups, 16 * bpp);
-    c.step_luma(2 * int64_t{srcPitch} - width);
-    c.step_chroma(half(wrap32(int64_t{srcPitch} - width)));
-    c.step_dst(2 * int64_t{dstPitch} - static_cast<int64_t>(bpp) * width);
-  } while (more(rows, 2));
+  walk_row_pairs(PlanarCursor(srcY, srcU, srcV, dst), width, height, srcPitch, dstPitch,
+                 bytes_per_pixel(packing),
+                 [&](const uint8_t* y0, const uint8_t* y1, const uint8_t* u, const uint8_t* v,
+                     uint8_t* d0, uint8_t* d1, size_t n) {
+                   planar_pair_to_rgb(y0, y1, u, v, d0, d1, n, *format, adjusts ? &a : nullptr);
+                 });
 }
 
 }  // namespace

@@ -40,21 +40,8 @@ void walk_rows_of_pairs(PlanarCursor c, int32_t width, int32_t height,
 
 YUVBLIT_A9(loadimage_yuy2) {
   (void)adjust;
-  PlanarCursor c(srcY, srcU, srcV, dst);
-  const size_t groups = passes(static_cast<uint32_t>(width), 16);
-  uint32_t rows = static_cast<uint32_t>(height);
-  do {
-    const uint8_t* y1 = step(c.y, srcPitch);
-    uint8_t* d1 = step(c.d, dstPitch);
-    run_row_groups({c.d, d1}, 32, groups, [&](size_t g, size_t n) {
-      planar_pair_to_yuy2(c.y + 16 * g, y1 + 16 * g, c.u + 8 * g,
-                          c.v + 8 * g, c.d + 32 * g, d1 + 32 * g, n);
-    });
-    c.advance_groups(groups, 32);
-    c.step_luma(2 * int64_t{srcPitch} - width);
-    c.step_chroma(half(wrap32(int64_t{srcPitch} - width)));
-    c.step_dst(2 * (int64_t{dstPitch} - width));
-  } while (more(rows, 2));
+  walk_row_pairs(PlanarCursor(srcY, srcU, srcV, dst), width, height, srcPitch, dstPitch, 2,
+                 planar_pair_to_yuy2);
 }
 
 YUVBLIT_A9(loadimage_yuy2_ajust) {
