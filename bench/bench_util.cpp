@@ -5,6 +5,7 @@
 #include <cstring>
 #include <new>
 #include <random>
+#include <set>
 
 namespace yuvblit_bench {
 
@@ -14,9 +15,6 @@ constexpr size_t kAlign = 64;
 constexpr size_t kPage = 4096;
 
 size_t round_up(size_t v, size_t to) { return (v + to - 1) / to * to; }
-
-// What a fresh surface holds (an unlikely run of output bytes).
-constexpr uint8_t kSurfaceFill = 0x10;
 
 }  // namespace
 
@@ -70,6 +68,15 @@ PlanarFrame::PlanarFrame(Size s, uint32_t seed) : size(s) {
   v = u + chromaBytes;
 }
 
+PackedYuy2Frame::PackedYuy2Frame(Size s, uint32_t seed) : size(s) {
+  pitchPixels = groups_per_row(s.width) * kGroupPixels;
+  pitchBytes = 2 * pitchPixels;
+  // Whole row pairs, plus a spare row.
+  const size_t rows = round_up(static_cast<size_t>(s.height), 2) + 1;
+  data = Buffer(rows * static_cast<size_t>(pitchBytes));
+  data.fill_random(seed);
+}
+
 int64_t Format::bytes_written(Size s) const {
   return int64_t{groups_per_row(s.width)} * bytesPerGroup * s.height *
          rowsPerPicRow;
@@ -83,7 +90,13 @@ Surface::Surface(Size s, const Format& format) {
          format.rowsPerPicRow;
   data = Buffer(static_cast<size_t>(pitch) * static_cast<size_t>(rows),
                 surface_offset());
-  data.fill(kSurfaceFill);
+  fill_surface(data);
+}
+
+void fill_surface(Buffer& buffer) { buffer.fill(kSurfaceFill); }
+
+bool left_untouched(const uint8_t* p, size_t bytes) {
+  return std::all_of(p, p + bytes, [](uint8_t b) { return b == kSurfaceFill; });
 }
 
 // ------------------------------------------------------------------ counters
@@ -99,12 +112,14 @@ void set_rate_counters(benchmark::State& state, Size size,
 // ------------------------------------------------------------------ registration
 
 void register_sizes(const std::string& name, const Format& output,
-                    Setup setup) {
+                    Setup setup, const char* note) {
+  std::string label = output.name;
+  if (note != nullptr && *note != '\0') label += std::string("; ") + note;
   for (const Size size : kSizes) {
     const std::string full = name + "/" + size_name(size);
     benchmark::RegisterBenchmark(
         full.c_str(),
-        [setup, output, size](benchmark::State& state) {
+        [setup, output, size, label](benchmark::State& state) {
           const Body body = setup(size, state);
           if (!body) return;
           body();  // warm caches and page tables before timing
@@ -113,7 +128,7 @@ void register_sizes(const std::string& name, const Format& output,
             benchmark::ClobberMemory();
           }
           set_rate_counters(state, size, output.bytes_written(size));
-          state.SetLabel(output.name);
+          state.SetLabel(label);
         })
         ->Unit(benchmark::kMicrosecond);
   }
@@ -129,6 +144,32 @@ tag_ajust_contrast_info bench_adjustment() {
   return info;
 }
 
+namespace {
+
+// The record every registered kernel is passed: bench_adjustment(), loaded
+// into the library's constants for adjusting kernels.
+std::shared_ptr<tag_ajust_contrast_info> kernel_record(bool adjusting) {
+  auto record = std::make_shared<tag_ajust_contrast_info>(bench_adjustment());
+  if (adjusting) get_contrast_data(record.get());
+  return record;
+}
+
+size_t first_row_bytes(Size size, const Format& format) {
+  return static_cast<size_t>(groups_per_row(size.width)) * format.bytesPerGroup;
+}
+
+}  // namespace
+
+Body checked_body(Body body, const uint8_t* firstRow, size_t bytes,
+                  benchmark::State& state) {
+  body();
+  if (left_untouched(firstRow, bytes)) {
+    state.SkipWithError("kernel left the destination untouched");
+    return Body();
+  }
+  return body;
+}
+
 void register_planar_kernel(const char* name, Kernel9 kernel,
                             const Format& format, bool adjusting) {
   register_sizes(
@@ -136,30 +177,39 @@ void register_planar_kernel(const char* name, Kernel9 kernel,
       [kernel, format, adjusting](Size size, benchmark::State& state) -> Body {
         auto src = std::make_shared<PlanarFrame>(size, 1234u);
         auto dst = std::make_shared<Surface>(size, format);
-        auto adjust = std::make_shared<tag_ajust_contrast_info>(
-            bench_adjustment());
-        if (adjusting) get_contrast_data(adjust.get());
-        tag_ajust_contrast_info* arg = adjusting ? adjust.get() : nullptr;
-        Body body = [kernel, src, dst, arg, size]() {
+        auto record = kernel_record(adjusting);
+        Body body = [kernel, src, dst, record, size]() {
           kernel(src->y, src->u, src->v, dst->data.data(),
-                 size.width, size.height, src->pitch, dst->pitch, arg);
+                 size.width, size.height, src->pitch, dst->pitch, record.get());
         };
-        // Kernels return early on sizes they refuse; timing that would
-        // measure nothing.
-        body();
-        const uint8_t* row = dst->data.data();
-        const size_t rowBytes =
-            static_cast<size_t>(groups_per_row(size.width)) * format.bytesPerGroup;
-        if (std::all_of(row, row + rowBytes,
-                        [](uint8_t b) { return b == kSurfaceFill; })) {
-          state.SkipWithError("kernel left the destination untouched");
-          return Body();
-        }
-        return body;
+        return checked_body(std::move(body), dst->data.data(),
+                            first_row_bytes(size, format), state);
       });
 }
 
+void register_packed_yuy2_kernel(const char* name, Kernel9 kernel,
+                                 const Format& format, bool adjusting,
+                                 const char* note) {
+  register_sizes(
+      name, format,
+      [kernel, format, adjusting](Size size, benchmark::State& state) -> Body {
+        auto src = std::make_shared<PackedYuy2Frame>(size, 1234u);
+        auto dst = std::make_shared<Surface>(size, format);
+        auto record = kernel_record(adjusting);
+        Body body = [kernel, src, dst, record, size]() {
+          kernel(src->data.data(), nullptr, nullptr, dst->data.data(),
+                 size.width, size.height, src->pitchPixels, dst->pitch,
+                 record.get());
+        };
+        return checked_body(std::move(body), dst->data.data(),
+                            first_row_bytes(size, format), state);
+      },
+      note);
+}
+
 void register_roofline_copy(const Format& format) {
+  static std::set<std::string> registered;
+  if (!registered.insert(format.name).second) return;
   register_sizes(
       std::string("roofline_copy/") + format.name, format,
       [format](Size size, benchmark::State&) -> Body {

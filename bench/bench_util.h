@@ -1,21 +1,23 @@
 // Shared pieces of the kernel benchmarks: frame and surface allocation,
 // rate counters, per-size registration and the memory-copy roofline.
 //
-// A family's bench file registers its kernels at static-initialisation time:
+// A family's bench file registers its kernels at static-initialisation time
+// (formats shared by several families, such as kRgb32, are declared below):
 //
-//   inline constexpr Format kRgb32{"rgb32", 64, 1};
-//   YUVBLIT_BENCHMARKS(planar_to_rgb32) {
+//   YUVBLIT_BENCHMARKS(planar_to_rgb) {
 //     register_planar_kernel("loadimage_rgb32", loadimage_rgb32, kRgb32, false);
 //     register_roofline_copy(kRgb32);
 //   }
 //
 // A peer or a kernel with its own set-up uses register_sizes() with a Setup
-// that allocates its buffers and returns the per-frame body.
+// that allocates its buffers and returns the per-frame body (checked_body()
+// applies the untouched-destination check to it).
 //
 // Every entry is named <name>/<width>x<height> and reports pixels/s over
 // width x height, plus bytes_per_second over the bytes the kernel writes, so
 // a kernel, its peers and the copy roofline can be compared line by line
-// (bench/ratios.py turns a JSON run into that table).
+// (bench/ratios.py turns a JSON run into that table, with --peer giving
+// each kernel its own peer).
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -109,6 +111,15 @@ struct Format {
 
 inline constexpr Format kYuy2{"yuy2", 32, 1};
 inline constexpr Format kHalfYuy2{"half_yuy2", 16, 1};
+// RGB surfaces: 4, 3 and 2 bytes per pixel.
+inline constexpr Format kRgb32{"rgb32", 64, 1};
+inline constexpr Format kRgb24{"rgb24", 48, 1};
+inline constexpr Format kRgb16{"rgb16", 32, 1};
+// YV12 pictures counted as the bytes of all three planes per 16 pixels of a
+// row: 16 luma + 4 V + 4 U bytes (1.5 per pixel), or half of that for the
+// half-width kernel.
+inline constexpr Format kYv12{"yv12", 24, 1};
+inline constexpr Format kHalfYv12{"half_yv12", 12, 1};
 
 // A destination surface for `format`: pitch has room for one group beyond
 // the right edge (rounded up to 64 bytes), and there is one row pair of
@@ -119,6 +130,28 @@ struct Surface {
 
   int32_t pitch;
   int32_t rows;
+  Buffer data;
+};
+
+// What Surface (and any destination a bench fills with fill_surface())
+// holds before a kernel runs.
+inline constexpr uint8_t kSurfaceFill = 0x10;
+void fill_surface(Buffer& buffer);
+
+// True when all `bytes` bytes at p still hold kSurfaceFill: a kernel that
+// returned early on a size it refuses.
+bool left_untouched(const uint8_t* p, size_t bytes);
+
+// A packed YUY2 source (Y0 U Y1 V per pixel pair) with random samples in one
+// page-aligned block. Rows cover whole 16-pixel groups and there is a spare
+// row below the picture (rows rounded up to whole row pairs), like
+// PlanarFrame.
+struct PackedYuy2Frame {
+  PackedYuy2Frame(Size size, uint32_t seed);
+
+  Size size;
+  int32_t pitchPixels;  // srcPitch as the packed kernels take it
+  int32_t pitchBytes;   // 2 * pitchPixels
   Buffer data;
 };
 
@@ -141,13 +174,23 @@ using Setup = std::function<Body(Size, benchmark::State& state)>;
 // once, untimed, then times body() per iteration. `output` is what one run
 // writes: it feeds bytes_per_second and labels the entry with format.name,
 // which ties the entry to roofline_copy/<format.name> in bench/ratios.py.
+// A non-empty `note` is appended to the label as "<format.name>; <note>"
+// (bench/ratios.py reads the format up to the semicolon and shows the note).
 void register_sizes(const std::string& name, const Format& output,
-                    Setup setup);
+                    Setup setup, const char* note = nullptr);
 
 // The nine-argument kernel signature.
 using Kernel9 = void (*)(void* srcY, void* srcU, void* srcV, void* dst,
                          int32_t width, int32_t height, int32_t srcPitch,
                          int32_t dstPitch, tag_ajust_contrast_info* adjust);
+
+// For Setups: runs `body` once, then returns it, or, when the `bytes` bytes
+// at firstRow (the start of the destination's first row) still hold
+// kSurfaceFill, reports "kernel left the destination untouched" as the
+// entry's error and returns an empty Body. Kernels return early on sizes
+// they refuse; timing that would measure nothing.
+Body checked_body(Body body, const uint8_t* firstRow, size_t bytes,
+                  benchmark::State& state);
 
 // A picture adjustment that changes every sample (gains away from 64,
 // offsets away from 0), loaded with get_contrast_data() before adjusting
@@ -155,14 +198,24 @@ using Kernel9 = void (*)(void* srcY, void* srcU, void* srcV, void* dst,
 tag_ajust_contrast_info bench_adjustment();
 
 // Registers a planar 4:2:0 source kernel writing `format`, one entry per
-// size. Adjusting kernels get bench_adjustment() loaded before timing and
-// passed as the last argument. An entry whose kernel leaves its first
-// destination row untouched is reported as an error rather than timed.
+// size. Every kernel is passed a bench_adjustment() record (rgb16Layout 0,
+// 5-6-5, for the RGB16 kernels, which read it whether or not they adjust);
+// for adjusting kernels it is loaded with get_contrast_data() before
+// timing. An entry whose kernel leaves its first destination row untouched
+// is reported as an error rather than timed.
 void register_planar_kernel(const char* name, Kernel9 kernel,
                             const Format& format, bool adjusting);
 
+// The same for a packed YUY2 source kernel (PackedYuy2Frame, srcPitch in
+// pixels, srcU and srcV null) writing `format` onto a Surface. `note` as
+// for register_sizes().
+void register_packed_yuy2_kernel(const char* name, Kernel9 kernel,
+                                 const Format& format, bool adjusting,
+                                 const char* note = nullptr);
+
 // Registers roofline_copy/<format.name>/WxH: memcpy of the bytes a kernel
-// writing `format` produces, from a source buffer of that size.
+// writing `format` produces, from a source buffer of that size. Families
+// sharing a format may each register it; only the first call registers.
 void register_roofline_copy(const Format& format);
 
 }  // namespace yuvblit_bench
