@@ -40,7 +40,11 @@ void PackedPairToYuy2Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uin
       const hn::Repartition<int16_t, decltype(d8)> d16;
       hn::Vec<decltype(d16)> luma, chroma, luma1, unused;
       SplitEvenOdd(d8, first, luma, chroma);
-      chroma = hn::OddEven(AdjustWide(d16, chroma, a.v), AdjustWide(d16, chroma, a.u));
+      // U in even lanes, V in odd ones: one adjustment with per-lane
+      // gain and offset.
+      const auto gain = hn::OddEven(hn::Set(d16, a.v.gain), hn::Set(d16, a.u.gain));
+      const auto offset = hn::OddEven(hn::Set(d16, a.v.offset), hn::Set(d16, a.u.offset));
+      chroma = AdjustWide(d16, chroma, gain, offset);
       hn::StoreU(JoinEvenOdd(d16, AdjustWide(d16, luma, a.luma), chroma), d8, d0 + at);
       SplitEvenOdd(d8, second, luma1, unused);
       hn::StoreU(JoinEvenOdd(d16, AdjustWide(d16, luma1, a.luma), chroma), d8, d1 + at);

@@ -1,6 +1,8 @@
 // Planar 4:2:0 frame onto a YV12 surface (luma plane, then V plane, then U
 // plane): the walks. Each kernel keeps its own plane placement and stride
 // arithmetic, odd as some of it is; the row operations do the bytes.
+#include <algorithm>
+
 #include "adjust/adjustment.h"
 #include "frame/walk.h"
 #include "load/plane_rows.h"
@@ -65,6 +67,31 @@ void half_chroma_plane(const uint8_t* src, uint8_t* dst, int32_t width,
   } while (more(rows, 1));
 }
 
+// Two rows of `bytes` bytes, the second `apart` bytes after the first,
+// stored group by group (B bytes), first row first. When `apart` is a
+// whole number of groups and less than `bytes`, a byte both rows store
+// keeps the first row's value (its group comes later), so the pass is the
+// first row whole plus the second row's last `apart` bytes.
+// `next`: where the next pass's first row starts (null for the last pass);
+// when that row covers this pass's tail the tail is not stored.
+void copy_row_pair(const uint8_t* s0, const uint8_t* s1, uint8_t* d0,
+                   int64_t apart, size_t bytes, size_t B, const uint8_t* next) {
+  uint8_t* d1 = d0 + apart;
+  if (!overlaps(d0, bytes, d1, bytes)) {
+    copy_bytes(s0, d0, bytes);
+    copy_bytes(s1, d1, bytes);
+  } else if (apart > 0 && apart % static_cast<int64_t>(B) == 0) {
+    copy_bytes(s0, d0, bytes);
+    const bool covered = next != nullptr && next <= d0 + bytes &&
+                         next >= d0 + apart;
+    if (!covered)
+      copy_bytes(s1 + bytes - apart, d0 + bytes, static_cast<size_t>(apart));
+  } else {
+    const uint8_t* const srcs[2] = {s0, s1};
+    uint8_t* const dsts[2] = {d0, d1};
+    copy_groups_interleaved(srcs, dsts, 2, B, bytes / B);
+  }
+}
 }  // namespace
 
 // The chroma planes are placed below `height` luma rows, the V plane one
@@ -85,11 +112,9 @@ YUVBLIT_A9(loadimage_yv12) {
   uint32_t rows = static_cast<uint32_t>(height);
   do {
     const uint8_t* y1 = step(y, width);
-    uint8_t* d1 = step(d, srcPitch);
-    run_row_groups({d, d1}, 16, groups, [&](size_t g, size_t n) {
-      copy_bytes(y + 16 * g, d + 16 * g, 16 * n);
-      copy_bytes(y1 + 16 * g, d1 + 16 * g, 16 * n);
-    });
+    // The second row goes srcPitch bytes after the first.
+    copy_row_pair(y, y1, d, step(d, srcPitch) - d, 16 * groups, 16,
+                  rows > 2 ? d + 16 * groups : nullptr);
     y = step(y + 16 * groups,
              (2 * int64_t{srcPitch} - width) + (2 * int64_t{dstPitch} - width));
     d += 16 * groups;
@@ -110,12 +135,25 @@ YUVBLIT_A9(loadimage_yv12) {
     uint8_t* ud1 = step(ud, cd);
     uint8_t* vd1 = step(vd, cd);
     // Per step: both U rows, then both V rows.
-    run_row_groups({ud, ud1, vd, vd1}, 8, steps, [&](size_t g, size_t n) {
-      copy_bytes(u + 8 * g, ud + 8 * g, 8 * n);
-      copy_bytes(u1 + 8 * g, ud1 + 8 * g, 8 * n);
-      copy_bytes(v + 8 * g, vd + 8 * g, 8 * n);
-      copy_bytes(v1 + 8 * g, vd1 + 8 * g, 8 * n);
-    });
+    {
+      // U pair and V pair apart: each pair on its own, U first.
+      const size_t n = 8 * steps;
+      const uint8_t* ulo = std::min(ud, ud1);
+      const uint8_t* uhi = std::max(ud, ud1) + n;
+      const uint8_t* vlo = std::min(vd, vd1);
+      const uint8_t* vhi = std::max(vd, vd1) + n;
+      if (uhi <= vlo || vhi <= ulo) {
+        const bool last = rows <= 2;
+        copy_row_pair(u, u1, ud, ud1 - ud, n, 8,
+                      last ? nullptr : step(ud + n, dstRowEnd));
+        copy_row_pair(v, v1, vd, vd1 - vd, n, 8,
+                      last ? nullptr : step(vd + n, dstRowEnd));
+      } else {
+        const uint8_t* const srcs[4] = {u, u1, v, v1};
+        uint8_t* const dsts[4] = {ud, ud1, vd, vd1};
+        copy_groups_interleaved(srcs, dsts, 4, 8, steps);
+      }
+    }
     u = step(u + 8 * steps, srcRowEnd);
     v = step(v + 8 * steps, srcRowEnd);
     ud = step(ud + 8 * steps, dstRowEnd);

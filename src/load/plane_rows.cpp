@@ -101,6 +101,23 @@ void OddSamplesAdjusted(const uint8_t* HWY_RESTRICT src,
   });
 }
 
+template <class D>
+HWY_INLINE void CopyGroupsIn(D d, const uint8_t* const* srcs, uint8_t* const* dsts,
+                             size_t rows, size_t groups) {
+  const size_t n = hn::Lanes(d);
+  for (size_t g = 0; g < groups; ++g) {
+    for (size_t r = 0; r < rows; ++r) {
+      hn::StoreU(hn::LoadU(d, srcs[r] + n * g), d, dsts[r] + n * g);
+    }
+  }
+}
+
+void CopyGroupsInterleaved(const uint8_t* const* srcs, uint8_t* const* dsts, size_t rows,
+                           size_t groupBytes, size_t groups) {
+  if (groupBytes == 16) return CopyGroupsIn(hn::CappedTag<uint8_t, 16>(), srcs, dsts, rows, groups);
+  return CopyGroupsIn(hn::CappedTag<uint8_t, 8>(), srcs, dsts, rows, groups);
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace yuvblit
 HWY_AFTER_NAMESPACE();
@@ -111,6 +128,12 @@ namespace yuvblit {
 HWY_EXPORT(CopyBytes);
 HWY_EXPORT(AdjustRun);
 HWY_EXPORT(OddSamplesAdjusted);
+HWY_EXPORT(CopyGroupsInterleaved);
+
+void copy_groups_interleaved(const uint8_t* const* srcs, uint8_t* const* dsts,
+                             size_t rows, size_t groupBytes, size_t groups) {
+  HWY_DYNAMIC_DISPATCH(CopyGroupsInterleaved)(srcs, dsts, rows, groupBytes, groups);
+}
 
 void copy_bytes(const uint8_t* src, uint8_t* dst, size_t bytes) {
   HWY_DYNAMIC_DISPATCH(CopyBytes)(src, dst, bytes);

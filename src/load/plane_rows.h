@@ -25,4 +25,10 @@ void adjust_bytes(const uint8_t* src, uint8_t* dst, size_t bytes,
 void odd_samples_adjusted(const uint8_t* src, uint8_t* dst, size_t groups,
                           SampleAdjust a);
 
+// Group by group (g = 0 .. groups-1), row by row (r = 0 .. rows-1):
+// dsts[r][gB .. gB+B) = srcs[r][gB .. gB+B), B = groupBytes (8 or 16). The
+// store order of the per-group walk, for destination rows that share bytes.
+void copy_groups_interleaved(const uint8_t* const* srcs, uint8_t* const* dsts,
+                             size_t rows, size_t groupBytes, size_t groups);
+
 }  // namespace yuvblit
