@@ -60,13 +60,71 @@ HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
   return AdjustWide(d16, x, hn::Set(d16, a.gain), hn::Set(d16, a.offset));
 }
 
+#if HWY_TARGET == HWY_AVX3_DL
+// 256-entry byte lookup with two-table byte permutes: indices 0..127 from
+// the first half of the table, 128..255 from the second, picked by the top
+// bit. Narrower vectors are looked up in a full register.
+HWY_INLINE __m512i LookupBytes512(__m512i index, const uint8_t* table) {
+  const __m512i low = _mm512_permutex2var_epi8(_mm512_loadu_si512(table), index,
+                                               _mm512_loadu_si512(table + 64));
+  const __m512i high = _mm512_permutex2var_epi8(_mm512_loadu_si512(table + 128), index,
+                                                _mm512_loadu_si512(table + 192));
+  return _mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high);
+}
+HWY_INLINE __m512i ToRegister512(__m512i v) { return v; }
+HWY_INLINE __m512i ToRegister512(__m256i v) { return _mm512_castsi256_si512(v); }
+HWY_INLINE __m512i ToRegister512(__m128i v) { return _mm512_castsi128_si512(v); }
+HWY_INLINE void FromRegister512(__m512i r, __m512i& v) { v = r; }
+HWY_INLINE void FromRegister512(__m512i r, __m256i& v) { v = _mm512_castsi512_si256(r); }
+HWY_INLINE void FromRegister512(__m512i r, __m128i& v) { v = _mm512_castsi512_si128(r); }
+
+template <class D8>
+HWY_INLINE hn::Vec<D8> LookupBytes(D8 /*d8*/, hn::Vec<D8> bytes, const uint8_t* table) {
+  hn::Vec<D8> out = bytes;
+  FromRegister512(LookupBytes512(ToRegister512(bytes.raw), table), out.raw);
+  return out;
+}
+constexpr bool kLookupAdjust = true;
+#else
+template <class D8>
+HWY_INLINE hn::Vec<D8> LookupBytes(D8, hn::Vec<D8> bytes, const uint8_t*) {
+  return bytes;  // not used: only CPUs with byte permutes look samples up
+}
+constexpr bool kLookupAdjust = false;
+#endif
+
 // Applies one SampleAdjust to every byte of a u8 vector.
 template <class D8>
 HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, SampleAdjust a) {
+  if (kLookupAdjust && a.table) return LookupBytes(d8, bytes, a.table);
   const hn::Repartition<int16_t, D8> d16;
   hn::Vec<decltype(d16)> even, odd;
   SplitEvenOdd(d8, bytes, even, odd);
   return JoinEvenOdd(d16, AdjustWide(d16, even, a), AdjustWide(d16, odd, a));
+}
+
+// Adjusted bytes split into even and odd int16 lanes (see SplitEvenOdd).
+template <class D8>
+HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, SampleAdjust a,
+                                     hn::Vec<hn::Repartition<int16_t, D8>>& even,
+                                     hn::Vec<hn::Repartition<int16_t, D8>>& odd) {
+  const hn::Repartition<int16_t, D8> d16;
+  if (kLookupAdjust && a.table) {
+    SplitEvenOdd(d8, LookupBytes(d8, bytes, a.table), even, odd);
+    return;
+  }
+  SplitEvenOdd(d8, bytes, even, odd);
+  even = AdjustWide(d16, even, a);
+  odd = AdjustWide(d16, odd, a);
+}
+
+// Adjusted bytes widened to int16 lanes (as many lanes as D16 has).
+template <class D16>
+HWY_INLINE hn::Vec<D16> PromoteAdjusted(D16 d16, hn::Vec<hn::Rebind<uint8_t, D16>> bytes,
+                                        SampleAdjust a) {
+  const hn::Rebind<uint8_t, D16> d8;
+  if (kLookupAdjust && a.table) return hn::PromoteTo(d16, LookupBytes(d8, bytes, a.table));
+  return AdjustWide(d16, hn::PromoteTo(d16, bytes), a);
 }
 
 }  // namespace HWY_NAMESPACE

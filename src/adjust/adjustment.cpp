@@ -4,13 +4,15 @@
 
 namespace yuvblit {
 
-AdjustmentConstants g_adjustment;  // zero-initialised at load
+AdjustmentConstants g_adjustment;         // zero-initialised at load
+AdjustmentTables g_adjustment_tables;     // likewise: every sample adjusts to 0
 
 Adjustment current_adjustment() {
   const AdjustmentConstants& c = g_adjustment;
-  return Adjustment{{c.lumaGainLanes[0], c.lumaOffsetLanes[0]},
-                    {c.chromaGainLanes[0], c.uOffsetLanes[0]},
-                    {c.chromaGainLanes[0], c.vOffsetLanes[0]}};
+  const AdjustmentTables& t = g_adjustment_tables;
+  return Adjustment{{c.lumaGainLanes[0], c.lumaOffsetLanes[0], t.luma},
+                    {c.chromaGainLanes[0], c.uOffsetLanes[0], t.u},
+                    {c.chromaGainLanes[0], c.vOffsetLanes[0], t.v}};
 }
 
 }  // namespace yuvblit
@@ -34,5 +36,11 @@ extern "C" YUVBLIT_API void get_contrast_data(void* info) {
     g_adjustment.lumaOffsetLanes[lane] = lumaOffset;
     g_adjustment.uOffsetLanes[lane] = uOffset;
     g_adjustment.vOffsetLanes[lane] = vOffset;
+  }
+  for (int x = 0; x < 256; ++x) {
+    const uint8_t sample = static_cast<uint8_t>(x);
+    yuvblit::g_adjustment_tables.luma[x] = yuvblit::adjust_sample(sample, {lumaGain, lumaOffset});
+    yuvblit::g_adjustment_tables.u[x] = yuvblit::adjust_sample(sample, {chromaGain, uOffset});
+    yuvblit::g_adjustment_tables.v[x] = yuvblit::adjust_sample(sample, {chromaGain, vOffset});
   }
 }

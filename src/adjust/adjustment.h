@@ -17,11 +17,24 @@ struct AdjustmentConstants {
 
 extern AdjustmentConstants g_adjustment;
 
-// Gain and offset for one kind of sample.
+// Gain and offset for one kind of sample, and optionally the 256 results
+// of that adjustment as a table (null: compute).
 struct SampleAdjust {
   int16_t gain;
   int16_t offset;
+  const uint8_t* table = nullptr;
 };
+
+// The luma, U and V adjustments of every sample value, filled by
+// get_contrast_data next to the constants: CPUs with byte permutes look
+// samples up instead of computing them.
+struct AdjustmentTables {
+  alignas(64) uint8_t luma[256];
+  alignas(64) uint8_t u[256];
+  alignas(64) uint8_t v[256];
+};
+
+extern AdjustmentTables g_adjustment_tables;
 
 // What a kernel reads once per call: luma, U and V adjustment.
 struct Adjustment {

@@ -33,10 +33,10 @@ HWY_INLINE void ConvertLuma(D8 d8, D16 d16, hn::Vec<D8> luma,
                             const ChromaTermsV<D16>& terms, const RgbFormat& format,
                             const Adjustment& a, uint8_t* dst) {
   hn::Vec<D16> even, odd;
-  SplitEvenOdd(d8, luma, even, odd);
   if (kAdjust) {
-    even = AdjustWide(d16, even, a.luma);
-    odd = AdjustWide(d16, odd, a.luma);
+    SplitEvenOddAdjusted(d8, luma, a.luma, even, odd);
+  } else {
+    SplitEvenOdd(d8, luma, even, odd);
   }
   StoreRgb<P>(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms), format.layout,
               dst);
@@ -50,13 +50,11 @@ void PairToRgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u, const uin
   ForGroups<16>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const hn::Rebind<uint8_t, decltype(d16)> dc;
-    auto cu = hn::PromoteTo(d16, hn::LoadU(dc, u + 8 * g));
-    auto cv = hn::PromoteTo(d16, hn::LoadU(dc, v + 8 * g));
-    if (kAdjust) {
-      cu = AdjustWide(d16, cu, a.u);
-      cv = AdjustWide(d16, cv, a.v);
-    }
-    const auto terms = ChromaTerms(d16, cu, cv);
+    const auto cu = hn::LoadU(dc, u + 8 * g);
+    const auto cv = hn::LoadU(dc, v + 8 * g);
+    const auto terms =
+        kAdjust ? ChromaTerms(d16, PromoteAdjusted(d16, cu, a.u), PromoteAdjusted(d16, cv, a.v))
+                : ChromaTerms(d16, hn::PromoteTo(d16, cu), hn::PromoteTo(d16, cv));
     ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), terms, format, a,
                             d0 + kBpp * 16 * g);
     ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), terms, format, a,

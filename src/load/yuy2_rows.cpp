@@ -70,11 +70,11 @@ void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* 
                              uint8_t* dst, size_t groups, const Adjustment a) {
   ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
+    const hn::Rebind<uint8_t, decltype(d16)> dh;
     hn::Vec<decltype(d16)> even, odd;
-    SplitEvenOdd(d8, hn::LoadU(d8, y + 16 * g), even, odd);
-    StoreYuy2(d16, AdjustWide(d16, even, a.luma), AdjustWide(d16, LoadChroma(d8, u + 8 * g), a.u),
-              AdjustWide(d16, odd, a.luma), AdjustWide(d16, LoadChroma(d8, v + 8 * g), a.v),
-              dst + 32 * g);
+    SplitEvenOddAdjusted(d8, hn::LoadU(d8, y + 16 * g), a.luma, even, odd);
+    StoreYuy2(d16, even, PromoteAdjusted(d16, hn::LoadU(dh, u + 8 * g), a.u), odd,
+              PromoteAdjusted(d16, hn::LoadU(dh, v + 8 * g), a.v), dst + 32 * g);
   });
 }
 
@@ -83,9 +83,8 @@ void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups, const Ad
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const auto grey = hn::Set(d16, 0x80);
     hn::Vec<decltype(d16)> even, odd;
-    SplitEvenOdd(d8, hn::LoadU(d8, y + 16 * g), even, odd);
-    StoreYuy2(d16, AdjustWide(d16, even, a.luma), grey, AdjustWide(d16, odd, a.luma), grey,
-              dst + 32 * g);
+    SplitEvenOddAdjusted(d8, hn::LoadU(d8, y + 16 * g), a.luma, even, odd);
+    StoreYuy2(d16, even, grey, odd, grey, dst + 32 * g);
   });
 }
 
