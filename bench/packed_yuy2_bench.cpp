@@ -19,17 +19,11 @@
 #include <memory>
 
 #include "bench_util.h"
+#include "swscale_peer.h"
 
 #if YUVBLIT_BENCH_HAVE_LIBYUV
 #include <libyuv/convert_argb.h>
 #include <libyuv/planar_functions.h>
-#endif
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-extern "C" {
-#include <libavutil/log.h>
-#include <libavutil/pixfmt.h>
-#include <libswscale/swscale.h>
-}
 #endif
 
 using namespace yuvblit_bench;
@@ -66,37 +60,6 @@ void register_libyuv_copy_plane_yuy2() {
 }
 #endif
 
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-void register_swscale_yuyv422_to_bgra() {
-  register_sizes(
-      "swscale_yuyv422_bgra", kRgb32,
-      [](Size size, benchmark::State& state) -> Body {
-        av_log_set_level(AV_LOG_ERROR);
-        auto src = std::make_shared<PackedYuy2Frame>(size, 1234u);
-        auto dst = std::make_shared<Surface>(size, kRgb32);
-        // Same size in and out: swscale takes its unscaled path where it
-        // has one.
-        std::shared_ptr<SwsContext> ctx(
-            sws_getContext(size.width, size.height, AV_PIX_FMT_YUYV422,
-                           size.width, size.height, AV_PIX_FMT_BGRA,
-                           SWS_POINT, nullptr, nullptr, nullptr),
-            sws_freeContext);
-        if (!ctx) {
-          state.SkipWithError("sws_getContext failed");
-          return Body();
-        }
-        return [src, dst, ctx, size]() {
-          const uint8_t* const planes[1] = {src->data.data()};
-          const int strides[1] = {src->pitchBytes};
-          uint8_t* const out[1] = {dst->data.data()};
-          const int outStrides[1] = {dst->pitch};
-          sws_scale(ctx.get(), planes, strides, 0, size.height, out,
-                    outStrides);
-        };
-      });
-}
-#endif
-
 }  // namespace
 
 YUVBLIT_BENCHMARKS(packed_yuy2) {
@@ -116,9 +79,7 @@ YUVBLIT_BENCHMARKS(packed_yuy2) {
   register_libyuv_yuy2_to_argb();
   register_libyuv_copy_plane_yuy2();
 #endif
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-  register_swscale_yuyv422_to_bgra();
-#endif
+  register_swscale_peer("swscale_yuyv422_bgra", PeerSource::kPackedYuy2, PeerOutput::kBgra, kRgb32);
   register_roofline_copy(kYuy2);
   register_roofline_copy(kRgb16);
   register_roofline_copy(kRgb24);

@@ -13,16 +13,10 @@
 #include <memory>
 
 #include "bench_util.h"
+#include "swscale_peer.h"
 
 #if YUVBLIT_BENCH_HAVE_LIBYUV
 #include <libyuv/convert_argb.h>
-#endif
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-extern "C" {
-#include <libavutil/log.h>
-#include <libavutil/pixfmt.h>
-#include <libswscale/swscale.h>
-}
 #endif
 
 using namespace yuvblit_bench;
@@ -52,37 +46,6 @@ void register_libyuv(const char* name, LibyuvI420ToRgb convert,
 }
 #endif
 
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-void register_swscale_yuv420p_to_bgra() {
-  register_sizes(
-      "swscale_bgra", kRgb32,
-      [](Size size, benchmark::State& state) -> Body {
-        av_log_set_level(AV_LOG_ERROR);
-        auto src = std::make_shared<PlanarFrame>(size, 1234u);
-        auto dst = std::make_shared<Surface>(size, kRgb32);
-        // Same size in and out: swscale takes its unscaled conversion path.
-        std::shared_ptr<SwsContext> ctx(
-            sws_getContext(size.width, size.height, AV_PIX_FMT_YUV420P,
-                           size.width, size.height, AV_PIX_FMT_BGRA,
-                           SWS_POINT, nullptr, nullptr, nullptr),
-            sws_freeContext);
-        if (!ctx) {
-          state.SkipWithError("sws_getContext failed");
-          return Body();
-        }
-        return [src, dst, ctx, size]() {
-          const uint8_t* const planes[3] = {src->y, src->u, src->v};
-          const int strides[3] = {src->pitch, src->chromaPitch,
-                                  src->chromaPitch};
-          uint8_t* const out[1] = {dst->data.data()};
-          const int outStrides[1] = {dst->pitch};
-          sws_scale(ctx.get(), planes, strides, 0, size.height, out,
-                    outStrides);
-        };
-      });
-}
-#endif
-
 }  // namespace
 
 YUVBLIT_BENCHMARKS(planar_to_rgb) {
@@ -100,9 +63,7 @@ YUVBLIT_BENCHMARKS(planar_to_rgb) {
   register_libyuv("libyuv_I420ToRGB24", libyuv::I420ToRGB24, kRgb24);
   register_libyuv("libyuv_I420ToRGB565", libyuv::I420ToRGB565, kRgb16);
 #endif
-#if YUVBLIT_BENCH_HAVE_SWSCALE
-  register_swscale_yuv420p_to_bgra();
-#endif
+  register_swscale_peer("swscale_bgra", PeerSource::kPlanar420, PeerOutput::kBgra, kRgb32);
   register_roofline_copy(kRgb32);
   register_roofline_copy(kRgb24);
   register_roofline_copy(kRgb16);
