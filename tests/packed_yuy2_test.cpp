@@ -11,16 +11,7 @@
 namespace yuvblit_test {
 namespace {
 
-struct PackedKernel {
-  const char* name;
-  A9Kernel kernel;
-  A9Model model;
-  int32_t dstBytesPerPixel;
-};
-
-void PrintTo(const PackedKernel& k, std::ostream* os) { *os << k.name; }
-
-const PackedKernel kKernels[] = {
+const A9KernelCase kKernels[] = {
     {"LoadYUY2_YUY2", LoadYUY2_YUY2, model_LoadYUY2_YUY2, 2},
     {"LoadYUY2_YUY2_adjust", LoadYUY2_YUY2_adjust, model_LoadYUY2_YUY2_adjust, 2},
     {"LoadYUY2_RGB16", LoadYUY2_RGB16, model_LoadYUY2_RGB16, 2},
@@ -57,10 +48,10 @@ A9Call random_packed_call(std::mt19937& rng, int32_t dstBytesPerPixel) {
   return c;
 }
 
-class PackedYuy2 : public testing::TestWithParam<PackedKernel> {};
+class PackedYuy2 : public testing::TestWithParam<A9KernelCase> {};
 
 TEST_P(PackedYuy2, MatchesModelOnRandomPicturesAndGeometries) {
-  const PackedKernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   std::mt19937 rng(31);
   for (int i = 0; i < 400; ++i) {
     const A9Call call = random_packed_call(rng, k.dstBytesPerPixel);
@@ -72,7 +63,7 @@ TEST_P(PackedYuy2, MatchesModelOnRandomPicturesAndGeometries) {
 }
 
 TEST_P(PackedYuy2, MatchesModelOnEdgeWidthsAndHeights) {
-  const PackedKernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   tag_ajust_contrast_info adjust = identity_adjustment();
   adjust.lumaGain = 80;
   adjust.uOffset = 7;

@@ -10,26 +10,17 @@
 namespace yuvblit_test {
 namespace {
 
-struct Yuy2Kernel {
-  const char* name;
-  A9Kernel kernel;
-  A9Model model;
-  int32_t dstBytesPerPixel;
-};
-
-const Yuy2Kernel kKernels[] = {
+const A9KernelCase kKernels[] = {
     {"loadimage_yuy2", loadimage_yuy2, model_loadimage_yuy2, 2},
     {"loadimage_yuy2_ajust", loadimage_yuy2_ajust, model_loadimage_yuy2_ajust, 2},
     {"loadimage_yuy2_mono_ajust", loadimage_yuy2_mono_ajust, model_loadimage_yuy2_mono_ajust, 2},
     {"loadimage_half_yuy2_ajust", loadimage_half_yuy2_ajust, model_loadimage_half_yuy2_ajust, 1},
 };
 
-void PrintTo(const Yuy2Kernel& k, std::ostream* os) { *os << k.name; }
-
-class PlanarToYuy2 : public testing::TestWithParam<Yuy2Kernel> {};
+class PlanarToYuy2 : public testing::TestWithParam<A9KernelCase> {};
 
 TEST_P(PlanarToYuy2, MatchesModelOnRandomFramesAndGeometries) {
-  const Yuy2Kernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   std::mt19937 rng(20261121);
   for (int i = 0; i < 400; ++i) {
     A9Call call = random_call(rng, 1, k.dstBytesPerPixel);
@@ -40,7 +31,7 @@ TEST_P(PlanarToYuy2, MatchesModelOnRandomFramesAndGeometries) {
 }
 
 TEST_P(PlanarToYuy2, MatchesModelOnOddSizes) {
-  const Yuy2Kernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   tag_ajust_contrast_info adjust = identity_adjustment();
   adjust.lumaGain = 90;
   get_contrast_data(&adjust);

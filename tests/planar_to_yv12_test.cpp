@@ -11,19 +11,11 @@
 namespace yuvblit_test {
 namespace {
 
-struct Yv12Kernel {
-  const char* name;
-  A9Kernel kernel;
-  A9Model model;
-};
-
-const Yv12Kernel kKernels[] = {
+const A9KernelCase kKernels[] = {
     {"loadimage_yv12", loadimage_yv12, model_loadimage_yv12},
     {"loadimage_yv12_ajust", loadimage_yv12_ajust, model_loadimage_yv12_ajust},
     {"loadimage_half_yv12_ajust", loadimage_half_yv12_ajust, model_loadimage_half_yv12_ajust},
 };
-
-void PrintTo(const Yv12Kernel& k, std::ostream* os) { *os << k.name; }
 
 int pick(std::mt19937& rng, int lo, int hi) {
   return std::uniform_int_distribution<int>(lo, hi)(rng);
@@ -48,10 +40,10 @@ void place_chroma_planes(std::mt19937& rng, int32_t height, tag_ajust_contrast_i
   }
 }
 
-class PlanarToYv12 : public testing::TestWithParam<Yv12Kernel> {};
+class PlanarToYv12 : public testing::TestWithParam<A9KernelCase> {};
 
 TEST_P(PlanarToYv12, MatchesModelOnRandomFramesAndGeometries) {
-  const Yv12Kernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   std::mt19937 rng(20261122);
   for (int i = 0; i < 300; ++i) {
     A9Call call = random_call(rng, 1, 1);
@@ -69,7 +61,7 @@ TEST_P(PlanarToYv12, MatchesModelOnRandomFramesAndGeometries) {
 }
 
 TEST_P(PlanarToYv12, MatchesModelOnOddSizes) {
-  const Yv12Kernel& k = GetParam();
+  const A9KernelCase& k = GetParam();
   tag_ajust_contrast_info adjust = identity_adjustment();
   adjust.lumaGain = 90;
   adjust.uOffset = 7;

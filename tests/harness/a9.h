@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <ostream>
 #include <random>
 #include <string>
 
@@ -30,6 +31,18 @@ using A9Model = std::function<void(const A9Ptrs&, const A9Call&,
                                    const tag_ajust_contrast_info&)>;
 
 std::string describe(const A9Call& c);
+
+// One kernel of a family as the parameterised tests take it: the entry
+// point, its model and the destination bytes per source pixel (for sizing
+// random pitches).
+struct A9KernelCase {
+  const char* name;
+  A9Kernel kernel;
+  A9Model model;
+  int32_t dstBytesPerPixel = 1;
+};
+
+inline void PrintTo(const A9KernelCase& k, std::ostream* os) { *os << k.name; }
 
 // Sizes buffers to the model's footprint, fills them with random bytes,
 // runs the kernel on every target and compares the destination (guard bytes
