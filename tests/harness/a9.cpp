@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "harness/targets.h"
+#include "harness/check.h"
 
 namespace yuvblit_test {
 
@@ -13,63 +13,22 @@ std::string describe(const A9Call& c) {
   return s.str();
 }
 
-namespace {
-
-testing::AssertionResult compare(const Region& r,
-                                 const std::vector<uint8_t>& expected,
-                                 const std::string& context) {
-  const std::vector<uint8_t> actual = r.snapshot();
-  for (size_t i = 0; i < expected.size(); ++i) {
-    if (actual[i] != expected[i]) {
-      const int64_t off = r.offset_of(i);
-      const bool guard = off < r.lo() || off > r.hi();
-      return testing::AssertionFailure()
-             << context << ": " << r.name() << " byte at offset " << off
-             << (guard ? " (guard, outside the footprint)" : "") << " is "
-             << int(actual[i]) << ", expected " << int(expected[i]);
-    }
-  }
-  return testing::AssertionSuccess();
-}
-
-}  // namespace
-
 testing::AssertionResult check_a9(
     A9Kernel kernel, const A9Model& model, const A9Call& call,
     const tag_ajust_contrast_info& adjust, uint32_t seed,
     const std::function<void(Region&, Region&, Region&)>& prepare) {
-  Region y("srcY"), u("srcU"), v("srcV"), d("dst");
-  const A9Ptrs ptrs{{&y, 0}, {&u, 0}, {&v, 0}, {&d, 0}};
-  model(ptrs, call, adjust);
-
-  std::mt19937 rng(seed);
-  y.allocate(64, 0, rng);
-  u.allocate(64, 0, rng);
-  v.allocate(64, 0, rng);
-  d.allocate(64, 64, rng);
-  if (prepare) prepare(y, u, v);
-  const auto srcY = y.snapshot(), srcU = u.snapshot(), srcV = v.snapshot();
-  const auto before = d.snapshot();
-  model(ptrs, call, adjust);
-  const auto expected = d.snapshot();
-
-  testing::AssertionResult result = testing::AssertionSuccess();
-  for_each_target([&](const std::string& target) {
-    if (!result) return;
-    d.restore(before);
+  CallCheck check;
+  check.description = describe(call);
+  check.regions = {"srcY", "srcU", "srcV", "dst"};
+  check.model = [&](const std::vector<Ptr>& p) { model({p[0], p[1], p[2], p[3]}, call, adjust); };
+  if (prepare) check.prepare = [&](const std::vector<Region*>& r) { prepare(*r[0], *r[1], *r[2]); };
+  check.run = [&](const std::vector<uint8_t*>& b) {
     tag_ajust_contrast_info record = adjust;
-    kernel(y.base(), u.base(), v.base(), d.base(), call.width, call.height,
-           call.srcPitch, call.dstPitch, &record);
-    const std::string context = target + ", " + describe(call);
-    for (auto check : {compare(d, expected, context), compare(y, srcY, context),
-                       compare(u, srcU, context), compare(v, srcV, context)}) {
-      if (!check) {
-        result = check;
-        return;
-      }
-    }
-  });
-  return result;
+    kernel(b[0], b[1], b[2], b[3], call.width, call.height, call.srcPitch, call.dstPitch,
+           &record);
+    return testing::AssertionSuccess();
+  };
+  return check_call(check, seed);
 }
 
 A9Call random_call(std::mt19937& rng, int32_t srcBytesPerPixel,

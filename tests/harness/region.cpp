@@ -15,6 +15,7 @@ Region::~Region() {
 
 void Region::start_measuring() {
   measuring_ = true;
+  written_ = false;
   lo_ = std::numeric_limits<int64_t>::max();
   hi_ = std::numeric_limits<int64_t>::min();
 }
@@ -50,6 +51,7 @@ uint8_t Region::read(int64_t off) {
 
 void Region::write(int64_t off, uint8_t v) {
   if (measuring_) {
+    written_ = true;
     lo_ = std::min(lo_, off);
     hi_ = std::max(hi_, off);
     return;

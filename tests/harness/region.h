@@ -29,6 +29,8 @@ class Region {
   // Measuring: every access widens the footprint.
   void start_measuring();
   bool touched() const { return lo_ <= hi_; }
+  // Whether the measured model wrote to the region (not only read it).
+  bool written() const { return written_; }
   int64_t lo() const { return lo_; }
   int64_t hi() const { return hi_; }
 
@@ -59,6 +61,7 @@ class Region {
  private:
   std::string name_;
   bool measuring_ = true;
+  bool written_ = false;
   int64_t lo_ = std::numeric_limits<int64_t>::max();
   int64_t hi_ = std::numeric_limits<int64_t>::min();
   uint8_t* map_ = nullptr;
