@@ -90,6 +90,19 @@ HWY_INLINE void StoreRgb16(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
                         reinterpret_cast<uint16_t*>(dst));
 }
 
+// Stores a run of converted pixels in the packing P.
+template <RgbPacking P, class D16>
+HWY_INLINE void StoreRgb(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
+                         const Rgb16Layout& layout, uint8_t* dst) {
+  if constexpr (P == RgbPacking::kRgb32) {
+    StoreRgb32(d16, even, odd, dst);
+  } else if constexpr (P == RgbPacking::kRgb24) {
+    StoreRgb24(d16, even, odd, dst);
+  } else {
+    StoreRgb16(d16, even, odd, layout, dst);
+  }
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace yuvblit
 HWY_AFTER_NAMESPACE();

@@ -3,9 +3,12 @@
 // the operands are pre-shifted so that truncation falls where it does.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "adjust/adjustment.h"
+#include "yuvblit.h"
 
 namespace yuvblit {
 
@@ -67,6 +70,27 @@ constexpr Rgb16Layout kRgb16Layouts[4] = {
 inline uint16_t pack_rgb16(const Rgb& c, const Rgb16Layout& l) {
   return static_cast<uint16_t>(((c.r & l.maskR) << 8) | ((c.g & l.maskG) << l.shiftG) |
                                ((c.b & l.maskB) >> l.shiftB));
+}
+
+enum class RgbPacking { kRgb32, kRgb24, kRgb16 };
+
+inline size_t bytes_per_pixel(RgbPacking p) {
+  return p == RgbPacking::kRgb32 ? 4 : p == RgbPacking::kRgb24 ? 3 : 2;
+}
+
+// The surface format a row operation writes.
+struct RgbFormat {
+  RgbPacking packing;
+  Rgb16Layout layout;  // RGB16 only
+};
+
+// The format an RGB kernel writes. The RGB16 kernels take their layout from
+// the record; a value above 3 (compared as unsigned) means: write nothing.
+inline std::optional<RgbFormat> rgb_format(RgbPacking packing,
+                                           const tag_ajust_contrast_info* adjust) {
+  if (packing != RgbPacking::kRgb16) return RgbFormat{packing, {}};
+  if (adjust->rgb16Layout > 3) return std::nullopt;
+  return RgbFormat{packing, kRgb16Layouts[adjust->rgb16Layout]};
 }
 
 }  // namespace yuvblit

@@ -11,12 +11,6 @@
 
 namespace yuvblit {
 
-std::optional<RgbFormat> rgb_format(RgbPacking packing, const tag_ajust_contrast_info* adjust) {
-  if (packing != RgbPacking::kRgb16) return RgbFormat{packing, {}};
-  if (adjust->rgb16Layout > 3) return std::nullopt;
-  return RgbFormat{packing, kRgb16Layouts[adjust->rgb16Layout]};
-}
-
 namespace {
 
 void planar_to_rgb(void* srcY, void* srcU, void* srcV, void* dst, int32_t width,

@@ -14,18 +14,6 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-template <RgbPacking P, class D16>
-HWY_INLINE void StoreRgb(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
-                         const Rgb16Layout& layout, uint8_t* dst) {
-  if constexpr (P == RgbPacking::kRgb32) {
-    StoreRgb32(d16, even, odd, dst);
-  } else if constexpr (P == RgbPacking::kRgb24) {
-    StoreRgb24(d16, even, odd, dst);
-  } else {
-    StoreRgb16(d16, even, odd, layout, dst);
-  }
-}
-
 // Converts bytes of luma (pixel order) with the chroma terms of their pixel
 // pairs and stores them.
 template <RgbPacking P, bool kAdjust, class D8, class D16>

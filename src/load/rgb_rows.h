@@ -4,30 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 
 #include "adjust/adjustment.h"
 #include "adjust/color.h"
 #include "yuvblit.h"
 
 namespace yuvblit {
-
-enum class RgbPacking { kRgb32, kRgb24, kRgb16 };
-
-inline size_t bytes_per_pixel(RgbPacking p) {
-  return p == RgbPacking::kRgb32 ? 4 : p == RgbPacking::kRgb24 ? 3 : 2;
-}
-
-// The surface format a row operation writes.
-struct RgbFormat {
-  RgbPacking packing;
-  Rgb16Layout layout;  // RGB16 only
-};
-
-// The format an RGB kernel writes. The RGB16 kernels take their layout from
-// the record; a value above 3 (compared as unsigned) means: write nothing.
-std::optional<RgbFormat> rgb_format(RgbPacking packing,
-                                    const tag_ajust_contrast_info* adjust);
 
 // Two rows of a planar 4:2:0 frame sharing one chroma row: per group 16 luma
 // bytes of each row, 8 U and 8 V bytes; 16 pixels to d0 and 16 to d1.

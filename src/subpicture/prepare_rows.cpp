@@ -1,0 +1,179 @@
+// Vector row operations between overlay bitmaps and subpicture planes.
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "subpicture/prepare_rows.cpp"
+#include "hwy/foreach_target.h"  // IWYU pragma: keep
+
+#include "hwy/highway.h"
+#include "frame/groups-inl.h"
+#include "subpicture/prepare_rows.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace yuvblit {
+namespace HWY_NAMESPACE {
+namespace hn = hwy::HWY_NAMESPACE;
+
+// One group of 8 pixels as B, G, R and fourth-byte lanes (0..255 in int16).
+using GroupTag = hn::FixedTag<int16_t, 8>;
+using PairTag = hn::FixedTag<int32_t, 4>;  // the same lanes seen as pixel pairs
+
+struct GroupPixels {
+  hn::Vec<GroupTag> b, g, r, x;
+};
+
+// Loads a group; returns false when all 8 pixels equal the key.
+template <RgbPacking P>
+HWY_INLINE bool LoadGroup(const uint8_t* px, uint32_t key, GroupPixels& out) {
+  const GroupTag d16;
+  const hn::FixedTag<uint8_t, 8> d8;
+  if constexpr (P == RgbPacking::kRgb16) {
+    const hn::FixedTag<uint16_t, 8> du16;
+    const auto p = hn::LoadU(du16, reinterpret_cast<const uint16_t*>(px));
+    if (hn::AllTrue(du16, hn::Eq(p, hn::Set(du16, static_cast<uint16_t>(key))))) return false;
+    // 5-6-5 fields widened with zero low bits.
+    out.b = hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F))));
+    out.g = hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0))));
+    out.r = hn::BitCast(d16, hn::ShiftRight<8>(hn::And(p, hn::Set(du16, 0xF800))));
+    out.x = hn::Zero(d16);
+    return true;
+  } else {
+    hn::Vec<decltype(d8)> b, g, r, x;
+    if constexpr (P == RgbPacking::kRgb32) {
+      hn::LoadInterleaved4(d8, px, b, g, r, x);
+    } else {
+      hn::LoadInterleaved3(d8, px, b, g, r);
+      x = hn::Zero(d8);
+    }
+    // An RGB24 pixel is compared as 0x00RRGGBB: a key with a top byte never
+    // matches, which the fourth lane's zero takes care of.
+    auto is = [&](hn::Vec<decltype(d8)> c, int shift) {
+      return hn::Eq(c, hn::Set(d8, static_cast<uint8_t>(key >> shift)));
+    };
+    const bool keyOnly =
+        (P == RgbPacking::kRgb32 || key <= 0xFFFFFF) &&
+        hn::AllTrue(d8, hn::And(hn::And(is(b, 0), is(g, 8)), hn::And(is(r, 16), is(x, 24))));
+    if (keyOnly) return false;
+    out = GroupPixels{hn::PromoteTo(d16, b), hn::PromoteTo(d16, g), hn::PromoteTo(d16, r),
+                      hn::PromoteTo(d16, x)};
+    return true;
+  }
+}
+
+// sat8((wb*B + wg*G + wr*R + 1024*X) >> 10) per pixel of the pair lanes.
+HWY_INLINE hn::Vec<PairTag> Weigh(hn::Vec<PairTag> b, hn::Vec<PairTag> g, hn::Vec<PairTag> r,
+                                  hn::Vec<PairTag> x, int32_t wb, int32_t wg, int32_t wr) {
+  const PairTag d32;
+  auto sum = hn::Add(hn::Add(hn::Mul(b, hn::Set(d32, wb)), hn::Mul(g, hn::Set(d32, wg))),
+                     hn::Add(hn::Mul(r, hn::Set(d32, wr)), hn::ShiftLeft<10>(x)));
+  return hn::Min(hn::Max(hn::ShiftRight<10>(sum), hn::Zero(d32)), hn::Set(d32, 255));
+}
+
+// Converts one group: 8 Y bytes, then U and V of the even pixels.
+HWY_INLINE void StoreGroupYuv(const GroupPixels& p, uint8_t* y, uint8_t* u, uint8_t* v) {
+  const PairTag d32;
+  const GroupTag d16;
+  auto even = [&](hn::Vec<GroupTag> c) {
+    return hn::And(hn::BitCast(d32, c), hn::Set(d32, 0xFFFF));
+  };
+  auto odd = [&](hn::Vec<GroupTag> c) { return hn::ShiftRight<16>(hn::BitCast(d32, c)); };
+  const auto lumaBias = hn::Set(d32, 16), chromaBias = hn::Set(d32, 128);
+  const auto evenY = Weigh(even(p.b), even(p.g), even(p.r), hn::Or(even(p.x), lumaBias), 100,
+                           516, 263);
+  const auto oddY = Weigh(odd(p.b), odd(p.g), odd(p.r), hn::Or(odd(p.x), lumaBias), 100, 516,
+                          263);
+  const auto luma = hn::BitCast(d16, hn::Or(evenY, hn::ShiftLeft<16>(oddY)));
+  hn::StoreU(hn::DemoteTo(hn::FixedTag<uint8_t, 8>(), luma), hn::FixedTag<uint8_t, 8>(), y);
+  const auto x = hn::Or(even(p.x), chromaBias);
+  const hn::FixedTag<uint8_t, 4> d4;
+  hn::StoreU(hn::DemoteTo(d4, Weigh(even(p.b), even(p.g), even(p.r), x, 449, -297, -151)), d4,
+             u);
+  hn::StoreU(hn::DemoteTo(d4, Weigh(even(p.b), even(p.g), even(p.r), x, -72, -376, 449)), d4,
+             v);
+}
+
+template <RgbPacking P>
+void BitmapRowToYuvP(const uint8_t* bitmap, size_t groups, uint32_t key, uint8_t* y,
+                     uint8_t* u, uint8_t* v) {
+  constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
+  for (size_t i = 0; i < groups; ++i) {
+    GroupPixels pixels;
+    if (LoadGroup<P>(bitmap + 8 * kBpp * i, key, pixels))
+      StoreGroupYuv(pixels, y + 8 * i, u + 4 * i, v + 4 * i);
+  }
+}
+
+void BitmapRowToYuv(const uint8_t* bitmap, size_t groups, RgbPacking packing, uint32_t key,
+                    uint8_t* y, uint8_t* u, uint8_t* v) {
+  switch (packing) {
+    case RgbPacking::kRgb32: return BitmapRowToYuvP<RgbPacking::kRgb32>(bitmap, groups, key, y, u, v);
+    case RgbPacking::kRgb24: return BitmapRowToYuvP<RgbPacking::kRgb24>(bitmap, groups, key, y, u, v);
+    case RgbPacking::kRgb16: return BitmapRowToYuvP<RgbPacking::kRgb16>(bitmap, groups, key, y, u, v);
+  }
+}
+
+void AlphaRowToBitmap(const uint8_t* alpha, size_t groups, RgbPacking packing,
+                      uint8_t* bitmap) {
+  const size_t bpp = bytes_per_pixel(packing);
+  ForGroups<16>(groups, [&](auto d8, size_t g) {
+    const auto a = hn::LoadU(d8, alpha + 16 * g);
+    const auto zero = hn::Zero(d8);
+    uint8_t* out = bitmap + 16 * bpp * g;
+    switch (packing) {
+      case RgbPacking::kRgb32: return hn::StoreInterleaved4(a, zero, zero, zero, d8, out);
+      case RgbPacking::kRgb24: return hn::StoreInterleaved3(a, zero, zero, d8, out);
+      case RgbPacking::kRgb16: return hn::StoreInterleaved2(a, zero, d8, out);
+    }
+  });
+}
+
+void BitmapRowToAlpha(const uint8_t* bitmap, size_t groups, RgbPacking packing,
+                      uint8_t* alpha) {
+  switch (packing) {
+    case RgbPacking::kRgb32:
+      return ForGroups<8>(groups, [&](auto d8, size_t g) {
+        hn::Vec<decltype(d8)> b, gr, r, x;
+        hn::LoadInterleaved4(d8, bitmap + 32 * g, b, gr, r, x);
+        hn::StoreU(b, d8, alpha + 8 * g);
+      });
+    case RgbPacking::kRgb24:
+      // Every alpha byte is the next pixel's blue: the third byte of each
+      // 3-byte run starting at byte 1, so nothing past that blue is read.
+      return ForGroups<8>(groups, [&](auto d8, size_t g) {
+        hn::Vec<decltype(d8)> g0, r0, b1;
+        hn::LoadInterleaved3(d8, bitmap + 1 + 24 * g, g0, r0, b1);
+        hn::StoreU(b1, d8, alpha + 8 * g);
+      });
+    case RgbPacking::kRgb16:
+      return ForGroups<16>(groups, [&](auto d8, size_t g) {
+        hn::Vec<decltype(d8)> low, high;
+        hn::LoadInterleaved2(d8, bitmap + 32 * g, low, high);
+        hn::StoreU(hn::And(low, hn::Set(d8, uint8_t{0x1F})), d8, alpha + 16 * g);
+      });
+  }
+}
+
+}  // namespace HWY_NAMESPACE
+}  // namespace yuvblit
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace yuvblit {
+
+HWY_EXPORT(BitmapRowToYuv);
+HWY_EXPORT(AlphaRowToBitmap);
+HWY_EXPORT(BitmapRowToAlpha);
+
+void bitmap_row_to_yuv(const uint8_t* bitmap, size_t groups, RgbPacking packing,
+                       uint32_t key, uint8_t* y, uint8_t* u, uint8_t* v) {
+  HWY_DYNAMIC_DISPATCH(BitmapRowToYuv)(bitmap, groups, packing, key, y, u, v);
+}
+void alpha_row_to_bitmap(const uint8_t* alpha, size_t groups, RgbPacking packing,
+                         uint8_t* bitmap) {
+  HWY_DYNAMIC_DISPATCH(AlphaRowToBitmap)(alpha, groups, packing, bitmap);
+}
+void bitmap_row_to_alpha(const uint8_t* bitmap, size_t groups, RgbPacking packing,
+                         uint8_t* alpha) {
+  HWY_DYNAMIC_DISPATCH(BitmapRowToAlpha)(bitmap, groups, packing, alpha);
+}
+
+}  // namespace yuvblit
+#endif  // HWY_ONCE
