@@ -77,9 +77,51 @@ PackedYuy2Frame::PackedYuy2Frame(Size s, uint32_t seed) : size(s) {
   data.fill_random(seed);
 }
 
+uint8_t OverlayShape::alpha(Size size, int32_t x, int32_t y) const {
+  int32_t best = 0;
+  for (const OverlayRect& r : rects) {
+    const auto at = [](double f, int32_t n) {
+      return static_cast<int32_t>(f * n + 0.5);
+    };
+    const int32_t x0 = at(r.left, size.width), x1 = at(r.right, size.width);
+    const int32_t y0 = at(r.top, size.height), y1 = at(r.bottom, size.height);
+    if (x < x0 || x >= x1 || y < y0 || y >= y1) continue;
+    // Pixels from the nearest edge, 0 on the edge itself.
+    const int32_t inside = std::min({x - x0, x1 - 1 - x, y - y0, y1 - 1 - y});
+    const int32_t a = softEdge <= 0 ? 16 : (inside + 1) * 16 / softEdge;
+    best = std::max(best, std::min(a, 16));
+  }
+  return static_cast<uint8_t>(best);
+}
+
+SubpictureFrame::SubpictureFrame(Size s, const OverlayShape& shape,
+                                 uint32_t seed)
+    : size(s) {
+  subPitch = groups_per_row(s.width) * kGroupPixels;
+  rows = static_cast<int32_t>(round_up(static_cast<size_t>(s.height), 4)) + 1;
+  const size_t lumaBytes =
+      round_up(static_cast<size_t>(rows) * static_cast<size_t>(subPitch), kAlign);
+  const size_t chromaBytes = round_up(
+      static_cast<size_t>(rows) * static_cast<size_t>(subPitch / 2), kAlign);
+  planes = Buffer(2 * lumaBytes + 2 * chromaBytes);
+  planes.fill_random(seed);
+  alpha = planes.data();
+  y = alpha + lumaBytes;
+  u = y + lumaBytes;
+  v = u + chromaBytes;
+  for (int32_t row = 0; row < rows; ++row) {
+    for (int32_t x = 0; x < subPitch; ++x) {
+      alpha[static_cast<size_t>(row) * subPitch + x] = shape.alpha(s, x, row);
+    }
+  }
+}
+
+int64_t Format::bytes_per_row(int32_t width) const {
+  return int64_t{groups_per_row(width)} * bytesPerGroup;
+}
+
 int64_t Format::bytes_written(Size s) const {
-  return int64_t{groups_per_row(s.width)} * bytesPerGroup * s.height *
-         rowsPerPicRow;
+  return bytes_per_row(s.width) * s.height * rowsPerPicRow;
 }
 
 Surface::Surface(Size s, const Format& format) {
@@ -144,18 +186,16 @@ tag_ajust_contrast_info bench_adjustment() {
   return info;
 }
 
-namespace {
-
-// The record every registered kernel is passed: bench_adjustment(), loaded
-// into the library's constants for adjusting kernels.
 std::shared_ptr<tag_ajust_contrast_info> kernel_record(bool adjusting) {
   auto record = std::make_shared<tag_ajust_contrast_info>(bench_adjustment());
   if (adjusting) get_contrast_data(record.get());
   return record;
 }
 
+namespace {
+
 size_t first_row_bytes(Size size, const Format& format) {
-  return static_cast<size_t>(groups_per_row(size.width)) * format.bytesPerGroup;
+  return static_cast<size_t>(format.bytes_per_row(size.width));
 }
 
 }  // namespace

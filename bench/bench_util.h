@@ -27,6 +27,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "yuvblit.h"
 
@@ -105,6 +106,9 @@ struct Format {
   int32_t bytesPerGroup;   // bytes one row of one group writes
   int32_t rowsPerPicRow;   // destination rows per source row (1, or 2 when
                            // stretching vertically)
+  // Bytes one destination row of a `width`-pixel picture, rounded to whole
+  // groups.
+  int64_t bytes_per_row(int32_t width) const;
   // Bytes a width x height picture writes, rows rounded to whole groups.
   int64_t bytes_written(Size s) const;
 };
@@ -120,6 +124,11 @@ inline constexpr Format kRgb16{"rgb16", 32, 1};
 // half-width kernel.
 inline constexpr Format kYv12{"yv12", 24, 1};
 inline constexpr Format kHalfYv12{"half_yv12", 12, 1};
+// The colour planes of an AYUY2 subpicture: Y, plus U and V at one sample
+// per pixel pair on every row (2 bytes per pixel); and an alpha plane alone
+// (1 byte per pixel).
+inline constexpr Format kAyuy2Colour{"ayuy2_yuv", 32, 1};
+inline constexpr Format kAlphaPlane{"alpha", 16, 1};
 
 // A destination surface for `format`: pitch has room for one group beyond
 // the right edge (rounded up to 64 bytes), and there is one row pair of
@@ -153,6 +162,41 @@ struct PackedYuy2Frame {
   int32_t pitchPixels;  // srcPitch as the packed kernels take it
   int32_t pitchBytes;   // 2 * pitchPixels
   Buffer data;
+};
+
+// Where an overlay (a menu, captions) is drawn on a picture: rectangles,
+// given as fractions of the picture's width and height, whose alpha ramps up
+// from their edges to 16 (opaque) over softEdge pixels; alpha 0
+// (transparent) everywhere else.
+struct OverlayRect {
+  double left, top, right, bottom;
+};
+struct OverlayShape {
+  const char* name;  // the entry-name part that tells overlays apart
+  std::vector<OverlayRect> rects;
+  int32_t softEdge;
+  // Alpha 0..16 of pixel (x, y) of a `size` picture.
+  uint8_t alpha(Size size, int32_t x, int32_t y) const;
+};
+
+// An AYUY2 subpicture, laid out like PlanarFrame (one page-aligned block,
+// planes starting on 64 bytes, subPitch covering whole 16-pixel groups):
+// alpha and Y planes with rows subPitch apart, U and V planes with one
+// sample per pixel pair on every row, rows subPitch/2 apart. Rows are
+// rounded up to whole groups of four (what the interlaced mixers write),
+// plus a spare row. Y, U and V are random; the alpha plane holds `shape`
+// over the whole allocation (pad columns and rows included).
+struct SubpictureFrame {
+  SubpictureFrame(Size size, const OverlayShape& shape, uint32_t seed);
+
+  Size size;
+  int32_t subPitch;
+  int32_t rows;  // allocated rows of every plane
+  Buffer planes;
+  uint8_t* alpha;
+  uint8_t* y;
+  uint8_t* u;
+  uint8_t* v;
 };
 
 // ------------------------------------------------------------------ counters
@@ -196,6 +240,11 @@ Body checked_body(Body body, const uint8_t* firstRow, size_t bytes,
 // offsets away from 0), loaded with get_contrast_data() before adjusting
 // kernels run.
 tag_ajust_contrast_info bench_adjustment();
+
+// The record every registered kernel is passed: bench_adjustment() (its
+// rgb16Layout 0, 5-6-5), loaded into the library's constants when
+// `adjusting`.
+std::shared_ptr<tag_ajust_contrast_info> kernel_record(bool adjusting);
 
 // Registers a planar 4:2:0 source kernel writing `format`, one entry per
 // size. Every kernel is passed a bench_adjustment() record (rgb16Layout 0,

@@ -20,6 +20,12 @@ and the table then gets a peer column. Entries no --peer matches use --ref.
     bench/ratios.py bench.json --peer 'loadimage_rgb32*=libyuv_I420ToARGB' \\
         --peer 'LoadYUY2_RGB*=libyuv_YUY2ToARGB'
 
+Entries measured in several variants (<name>/<variant>/<W>x<H>) can have a
+peer per variant: a '*' in PEER stands for what the last '*' of PATTERN
+matched, so --peer 'mix_ayuy2_rgb32_p_ajust/*=libyuv_I420ToARGB_ARGBBlend/*'
+compares .../menu with libyuv_I420ToARGB_ARGBBlend/menu. (PATTERN then
+takes only the '*' and '?' wildcards.)
+
 --only PATTERN (repeatable) keeps the entries matching any PATTERN.
 
 Given several JSON files (separate runs of the same entries), it prints the
@@ -29,6 +35,7 @@ that a ratio always divides numbers measured in the same run.
 import argparse
 import fnmatch
 import json
+import re
 import statistics
 import sys
 
@@ -61,6 +68,18 @@ def parse_peer(text):
     return pattern, peer
 
 
+def peer_for(pattern, peer, base):
+    """PEER for an entry matching PATTERN, its '*' filled in from base."""
+    if "*" not in peer:
+        return peer
+    regex = "".join("(.*)" if c == "*" else "." if c == "?" else re.escape(c)
+                    for c in pattern)
+    m = re.fullmatch(regex, base, re.DOTALL)
+    if not m or not m.groups():
+        return peer
+    return peer.replace("*", m.groups()[-1])
+
+
 def main():
     ap = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     ap.add_argument("json", nargs="+", help="one or more benchmark JSON runs")
@@ -76,7 +95,7 @@ def main():
     def peer_of(base):
         for pattern, peer in args.peer:
             if fnmatch.fnmatchcase(base, pattern):
-                return peer
+                return peer_for(pattern, peer, base)
         return args.ref
 
     runs = [load(path) for path in args.json]
