@@ -251,7 +251,41 @@ YUVBLIT_A9(LoadYUY2_RGB32_adjust);
 /* Subpicture kernels (one tagMIX_INFO argument)                             */
 /* ------------------------------------------------------------------------ */
 
-/* RGB overlay bitmaps to subpicture planes and back. */
+/*
+ * Subpicture planes (AYUY2): alpha and Y one byte per pixel, rows subPitch
+ * apart; U and V one sample per pixel pair on every row, rows subPitch/2
+ * apart. Alpha weighs the subpicture in sixteenths: 0 shows the picture,
+ * 16 and above the subpicture.
+ *
+ * Overlay bitmaps at dst, rows dstPitch apart: RGB32 (bytes B G R X), RGB24
+ * (B G R) or RGB16 5-6-5 (little-endian words).
+ *
+ * Convert_*_To_AYUY2: bitmap colours into subY, subU, subV (BT.601 studio
+ *   range in 1/1024 units, truncating; an RGB32 pixel's fourth byte takes
+ *   part: it is OR-ed with 16 (Y) or 128 (U, V) and weighted 1024, so 0xFF
+ *   gives Y 255; RGB16 fields are widened with zero low bits). Groups of 8
+ *   pixels: a group whose pixels all equal colorKey (RGB32 the whole word,
+ *   RGB24 as 0x00RRGGBB, RGB16 the low 16 bits) is skipped and its 8 Y, 4 U
+ *   and 4 V bytes keep what they held, so clear the planes first; other
+ *   groups write Y of every pixel and U, V of pixels 0, 2, 4, 6. width/8
+ *   groups per row (rows slip when width is not a multiple of 8; below 8
+ *   this library converts one group per row), height rows (at least one).
+ *   Leaves subY, subU, subV (and subAlpha, by subPitch - width a row,
+ *   although the alpha plane is not touched) advanced past the last row.
+ * load_subpicture_alpha_*: the alpha plane into a bitmap, each alpha byte
+ *   in the blue position and the rest of the pixel zero (RGB16: the byte
+ *   zero-extended to a word). 16 pixels a group, ceil(width/16) groups per
+ *   row (at least one).
+ * Restore_*_To_Alpha: the alpha plane back from such a bitmap: RGB32 the
+ *   blue byte, RGB24 the byte after each pixel (so a round trip moves the
+ *   plane one pixel left), RGB16 the blue field (alpha AND 31). Groups of 8
+ *   pixels (16 for RGB16).
+ * Both alpha directions: the alpha plane steps by the processed row plus
+ *   (picturePitch - width) >> 1 a row, not by subPitch; the bitmap by
+ *   dstPitch less the row's bytes. At least one row; after the first only
+ *   while dstPitch holds a row's bytes (a bottom-up bitmap gets one row).
+ *   The RGB24 forms count the record's height down (to 0; -1 from 0).
+ */
 YUVBLIT_API void Convert_RGB32_To_AYUY2(tagMIX_INFO* info);
 YUVBLIT_API void Convert_RGB24_To_AYUY2(tagMIX_INFO* info);
 YUVBLIT_API void Convert_RGB16_565_To_AYUY2(tagMIX_INFO* info);
@@ -270,7 +304,35 @@ YUVBLIT_API void load_subpicture_yuy2_rgb24_ajust(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_yuy2_rgb16(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_yuy2_rgb16_ajust(tagMIX_INFO* info);
 
-/* Mixing a subpicture into a decoded frame onto YUY2 surfaces. */
+/*
+ * Mixers: a planar 4:2:0 picture (pictureY rows picturePitch apart, its
+ * chroma picturePitch/2) and an AYUY2 subpicture blended in YUV, the mixed
+ * samples adjusted, written to the surface at dst (rows dstPitch apart)
+ * without reading it. Chroma pair j is weighted by the alpha of its
+ * right-hand pixel 2j+1. Groups of 16 pixels: ceil(width/16) per row (at
+ * least one), row steps computed from width (other widths drift right).
+ * Row 1 of a pair is read 2*(pitch >> 1) below row 0 (subpicture chroma
+ * subPitch >> 1); both rows share the picture's chroma row. The progressive
+ * kernels keep pictureU, pictureV, subAlpha, subY, subU, subV in the record
+ * and leave them past the processed rows, and count height down by 2 while
+ * it stays above 0: ceil(height/2) row pairs (one for height 0), ending at
+ * 0, -1, or -2 for 0.
+ *
+ * mix_ayuy2_yuy2_p_ajust: 32 bytes a group.
+ * mix_ayuy2_half_yuy2_p_ajust: half width: every odd pixel (16 bytes a
+ *   group); chroma samples 1, 3, 5, 7 of each 8, weighted by the alpha of
+ *   pixel 4k+3 as it stands (not clamped to 16, wrapping 16-bit products).
+ *   The picture's second row and its chroma steps use subPitch, not
+ *   picturePitch.
+ * mix_ayuy2_yuy2_i_ajust: the picture is one field of height/2 rows; each
+ *   field row gives two output rows, the second the rounded average of
+ *   neighbouring field rows (chroma likewise, per four output rows). Below
+ *   height 4 nothing is written; otherwise 4*ceil(height/4) rows (4 for
+ *   heights 4..7); the closing four rows repeat the last field row and
+ *   chroma row instead of reading past them. Groups per row: (width/2)/8 rounded up, at least one; rows do not
+ *   drift. Leaves height 0 and the subpicture positions one row past the
+ *   last row written, pictureU/pictureV one chroma row on per full group.
+ */
 YUVBLIT_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayuy2_half_yuy2_p_ajust(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayuy2_yuy2_i_ajust(tagMIX_INFO* info);
@@ -280,7 +342,12 @@ YUVBLIT_API void mix_ayv12_yv12_p(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayv12_yv12_i(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayv12_yv12_p_ajust(tagMIX_INFO* info);
 
-/* Progressive mixing onto RGB surfaces. */
+/*
+ * Progressive mixing onto RGB32, RGB24 and RGB16 (64, 48 or 32 bytes per
+ * group and row), as the YUY2 mixers above. mix_ayuy2_rgb16_p_ajust reads
+ * info->adjust->rgb16Layout and, above 3, returns without writing or
+ * changing the record; the others never read info->adjust.
+ */
 YUVBLIT_API void mix_ayuy2_rgb32_p_ajust(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayuy2_rgb24_p_ajust(tagMIX_INFO* info);
 YUVBLIT_API void mix_ayuy2_rgb16_p_ajust(tagMIX_INFO* info);
