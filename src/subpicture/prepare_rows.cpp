@@ -20,21 +20,49 @@ struct GroupPixels {
   hn::Vec<GroupTag> b, g, r, x;
 };
 
-// Loads a group; returns false when all 8 pixels equal the key.
+// The bytes of a group of 8 pixels that all hold the key, as they lie in
+// memory (RGB32 the whole word, RGB24 its low three bytes, RGB16 its low
+// two), compared with the group's bytes before anything is unpacked:
+// overlays are mostly key.
+template <size_t kBpp>
+struct KeyGroup {
+  explicit KeyGroup(uint32_t key)
+      : canMatch(kBpp != 3 || key <= 0xFFFFFF) {  // RGB24 compares 0x00RRGGBB
+    for (size_t i = 0; i < sizeof(bytes); ++i)
+      bytes[i] = static_cast<uint8_t>(key >> (8 * (i % kBpp)));
+  }
+  bool matches(const uint8_t* px) const {
+    if (!canMatch) return false;
+    const hn::FixedTag<uint8_t, 16> d;
+    const hn::FixedTag<uint8_t, 8> dh;
+    const auto first = hn::Eq(hn::LoadU(d, px), hn::LoadU(d, bytes));
+    if constexpr (kBpp == 2) {
+      return hn::AllTrue(d, first);
+    } else if constexpr (kBpp == 3) {
+      return hn::AllTrue(d, first) &&
+             hn::AllTrue(dh, hn::Eq(hn::LoadU(dh, px + 16), hn::LoadU(dh, bytes + 16)));
+    } else {
+      return hn::AllTrue(d, hn::And(first, hn::Eq(hn::LoadU(d, px + 16), hn::LoadU(d, bytes + 16))));
+    }
+  }
+  alignas(16) uint8_t bytes[32];
+  bool canMatch;
+};
+
+// Loads a group of 8 pixels as B, G, R and fourth-byte lanes.
 template <RgbPacking P>
-HWY_INLINE bool LoadGroup(const uint8_t* px, uint32_t key, GroupPixels& out) {
+HWY_INLINE GroupPixels LoadGroup(const uint8_t* px) {
   const GroupTag d16;
   const hn::FixedTag<uint8_t, 8> d8;
   if constexpr (P == RgbPacking::kRgb16) {
     const hn::FixedTag<uint16_t, 8> du16;
     const auto p = hn::LoadU(du16, reinterpret_cast<const uint16_t*>(px));
-    if (hn::AllTrue(du16, hn::Eq(p, hn::Set(du16, static_cast<uint16_t>(key))))) return false;
     // 5-6-5 fields widened with zero low bits.
-    out.b = hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F))));
-    out.g = hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0))));
-    out.r = hn::BitCast(d16, hn::ShiftRight<8>(hn::And(p, hn::Set(du16, 0xF800))));
-    out.x = hn::Zero(d16);
-    return true;
+    return GroupPixels{
+        hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F)))),
+        hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0)))),
+        hn::BitCast(d16, hn::ShiftRight<8>(hn::And(p, hn::Set(du16, 0xF800)))),
+        hn::Zero(d16)};
   } else {
     hn::Vec<decltype(d8)> b, g, r, x;
     if constexpr (P == RgbPacking::kRgb32) {
@@ -43,18 +71,8 @@ HWY_INLINE bool LoadGroup(const uint8_t* px, uint32_t key, GroupPixels& out) {
       hn::LoadInterleaved3(d8, px, b, g, r);
       x = hn::Zero(d8);
     }
-    // An RGB24 pixel is compared as 0x00RRGGBB: a key with a top byte never
-    // matches, which the fourth lane's zero takes care of.
-    auto is = [&](hn::Vec<decltype(d8)> c, int shift) {
-      return hn::Eq(c, hn::Set(d8, static_cast<uint8_t>(key >> shift)));
-    };
-    const bool keyOnly =
-        (P == RgbPacking::kRgb32 || key <= 0xFFFFFF) &&
-        hn::AllTrue(d8, hn::And(hn::And(is(b, 0), is(g, 8)), hn::And(is(r, 16), is(x, 24))));
-    if (keyOnly) return false;
-    out = GroupPixels{hn::PromoteTo(d16, b), hn::PromoteTo(d16, g), hn::PromoteTo(d16, r),
-                      hn::PromoteTo(d16, x)};
-    return true;
+    return GroupPixels{hn::PromoteTo(d16, b), hn::PromoteTo(d16, g), hn::PromoteTo(d16, r),
+                       hn::PromoteTo(d16, x)};
   }
 }
 
@@ -94,10 +112,10 @@ template <RgbPacking P>
 void BitmapRowToYuvP(const uint8_t* bitmap, size_t groups, uint32_t key, uint8_t* y,
                      uint8_t* u, uint8_t* v) {
   constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
+  const KeyGroup<kBpp> keyGroup(key);
   for (size_t i = 0; i < groups; ++i) {
-    GroupPixels pixels;
-    if (LoadGroup<P>(bitmap + 8 * kBpp * i, key, pixels))
-      StoreGroupYuv(pixels, y + 8 * i, u + 4 * i, v + 4 * i);
+    const uint8_t* px = bitmap + 8 * kBpp * i;
+    if (!keyGroup.matches(px)) StoreGroupYuv(LoadGroup<P>(px), y + 8 * i, u + 4 * i, v + 4 * i);
   }
 }
 
