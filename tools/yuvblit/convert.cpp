@@ -12,8 +12,10 @@
 
 #include "errors.h"
 #include "kernels.h"
+#include "png_reader.h"
 #include "png_writer.h"
 #include "staged_files.h"
+#include "test_overlay.h"
 #include "view.h"
 #include "y4m.h"
 
@@ -136,6 +138,9 @@ ConvertResult run_convert(const ConvertOptions& options,
   if (!kernel)
     throw ToolError("unknown kernel '" + options.kernel +
                     "' (run 'yuvblit list' to see the kernels)");
+  if (!options.subpicture.empty() && kernel->inputs != Inputs::kPictureAndOverlay)
+    throw ToolError("--subpicture " + options.subpicture + ": " + options.kernel +
+                    " does not mix a subpicture (the mixers are the mix_* kernels)");
   if (options.adjust.rgb16Layout >= kRgb16Layouts)
     throw ToolError("--rgb16-layout " + std::to_string(options.adjust.rgb16Layout) +
                     ": not a layout (0 to 3)");
@@ -161,6 +166,15 @@ ConvertResult run_convert(const ConvertOptions& options,
     throw ToolError(options.output + ": is the input file; choose another output name");
   Y4mReader reader(from_stdin ? std::cin : file, name);
 
+  // One overlay for every frame, read or drawn at the frame's size.
+  std::shared_ptr<const RgbaImage> overlay;
+  const int frame_w = reader.header().width, frame_h = reader.header().height;
+  if (kernel->inputs != Inputs::kPicture)
+    overlay = std::make_shared<const RgbaImage>(
+        options.subpicture.empty()
+            ? make_test_overlay(frame_w, frame_h)
+            : read_overlay_png(options.subpicture, frame_w, frame_h));
+
   long total = from_stdin ? 0 : estimate_frames(options.input, reader);
   if (options.max_frames > 0 && (total == 0 || total > options.max_frames))
     total = options.max_frames;
@@ -179,7 +193,7 @@ ConvertResult run_convert(const ConvertOptions& options,
            reader.read_frame(picture)) {
       if (g_interrupted) throw ToolError("interrupted; no output written");
       const Surface surface =
-          run_kernel(*kernel, prepare_source(picture), options.adjust);
+          run_kernel(*kernel, prepare_source(picture, overlay), options.adjust);
       if (png)
         write_png(staged.add(options.output), viewer.view(surface));
       else
@@ -193,6 +207,8 @@ ConvertResult run_convert(const ConvertOptions& options,
   if (g_interrupted) throw ToolError("interrupted; no output written");
   if (result.frames == 0) throw ToolError(name + ": contains no frames");
   result.raw = !png;
+  if (overlay)
+    result.overlay = options.subpicture.empty() ? "the built-in overlay" : options.subpicture;
   if (raw) {
     raw->close();
     result.files = {options.output};

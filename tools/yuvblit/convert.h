@@ -15,6 +15,7 @@ struct ConvertOptions {
   std::string output;  // ends in .png: PNG files; otherwise one raw file
   std::string kernel;
   long max_frames = 0;  // 0: every frame
+  std::string subpicture;  // PNG overlay for a mixer; empty: the built-in one
   tag_ajust_contrast_info adjust = identity_adjustment();
 };
 
@@ -23,6 +24,7 @@ struct ConvertResult {
   int width = 0, height = 0;  // of each output picture (raw: as stored)
   std::string format;         // surface format name
   bool raw = false;           // one raw file rather than PNGs
+  std::string overlay;        // what the subpicture kernels got; or empty
   std::vector<std::string> files;
 };
 

@@ -4,12 +4,15 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <sstream>
 
 #include "errors.h"
 #include "kernels.h"
 #include "png_writer.h"
 #include "staged_files.h"
+#include "subpicture.h"
+#include "test_overlay.h"
 #include "test_pattern.h"
 #include "view.h"
 #include "y4m.h"
@@ -75,7 +78,10 @@ std::string contact_sheet(const std::string& picture_name,
        "surfaces through the library's own LoadYUY2_RGB32 (run from the first "
        "and from the second row, so every row keeps its own chroma) and YV12 "
        "surfaces through its loadimage_rgb32; the source picture through "
-       "libswscale, independently of the library.</p>\n";
+       "libswscale, independently of the library. Alpha planes show each "
+       "weight as grey (weight &times; 15, so 16 is 240; anything above 16, "
+       "the marker included, magenta) and bitmaps carrying alpha show every "
+       "stored value &times; 15.</p>\n";
   for (const Section& section : sections) {
     h << "<h2>" << html_escape(section.title) << "</h2>\n<p>"
       << html_escape(section.description) << "</p>\n<div class=\"sheet\">\n";
@@ -109,7 +115,9 @@ std::vector<std::string> run_demo(const DemoOptions& options) {
       builtin ? "The built-in test picture" : "The first frame of " + options.input;
   const std::string size =
       std::to_string(picture.width) + "x" + std::to_string(picture.height);
-  const KernelSource source = prepare_source(picture);
+  const auto overlay =
+      std::make_shared<const RgbaImage>(make_test_overlay(picture.width, picture.height));
+  const KernelSource source = prepare_source(picture, overlay);
 
   StagedFiles staged;
   std::vector<std::string> written;
@@ -122,13 +130,38 @@ std::vector<std::string> run_demo(const DemoOptions& options) {
 
   std::vector<Section> sections;
   stage_png("source.png", viewer.view(picture));
+  // The overlay as a host hands it to the preparation kernels.
+  Surface colour = overlay_bitmap(*overlay, SurfaceFormat::kRgb32, source.run_width,
+                                  source.run_height);
+  Surface alpha = alpha_bitmap(*overlay, source.run_width, source.run_height);
+  colour.width = alpha.width = picture.width;
+  colour.height = alpha.height = picture.height;
+  alpha.value_gain = 15;
+  stage_png("overlay.png", viewer.view(colour));
+  stage_png("overlay-alpha.png", viewer.view(alpha));
   sections.push_back(
-      {"Source", "The picture every kernel starts from.",
+      {"Source",
+       "The picture every kernel starts from, and the overlay the subpicture "
+       "kernels get: drawn into an RGB32 bitmap whose transparent pixels hold "
+       "the colour key, with its alpha in a second bitmap's blue byte. "
+       "Convert_RGB32_To_AYUY2 and Restore_RGB32_To_Alpha turn them into the "
+       "subpicture planes the mixers read.",
        {{"source.png", "source",
          builtin ? "the built-in test picture: colour bars, luma ramp, U and V "
                    "ramps, zone plate and fine lines"
                  : "first frame of " + options.input,
-         "planar 4:2:0, " + size}}});
+         "planar 4:2:0, " + size},
+        {"overlay.png", "overlay bitmap",
+         "the built-in menu overlay as drawn: RGB32, transparent pixels in the "
+         "colour key (grey 64,64,64)",
+         "RGB32 " + size + ". A translucent panel over a soft shadow, opaque "
+         "buttons and text, a slider whose alpha fades in from 0, an outlined "
+         "caption."},
+        {"overlay-alpha.png", "overlay alpha bitmap",
+         "the overlay's alpha as weights 0..16 in the blue byte, (weight, 0, "
+         "0, 0) per pixel",
+         "RGB32 " + size + ", shown with every byte times 15. 8-bit alpha a "
+         "becomes the weight a*16/255 rounded."}}});
 
   for (const FamilyInfo& family : kernel_families()) {
     Section section{family.name, family.description, {}};
@@ -141,7 +174,7 @@ std::vector<std::string> run_demo(const DemoOptions& options) {
                           " (more contrast and saturation, grey kept)"
                     : "none (this kernel does not read it)";
       // RGB16 kernels once per layout, the others once.
-      const bool rgb16 = is_rgb16(k.output);
+      const bool rgb16 = reads_rgb16_layout(k);
       for (uint32_t layout = 0; layout < (rgb16 ? kRgb16Layouts : 1); ++layout) {
         adjust.rgb16Layout = layout;
         const Surface surface = run_kernel(k, source, adjust);

@@ -13,8 +13,9 @@ struct DemoOptions {
                       // the built-in test picture
 };
 
-// Writes source.png, KERNEL.png for every kernel (KERNEL-layoutL.png for
-// each RGB16 layout L of the RGB16 kernels) and index.html into
+// Writes source.png, overlay.png and overlay-alpha.png (the built-in
+// overlay's two bitmaps), KERNEL.png for every kernel (KERNEL-layoutL.png
+// for each RGB16 layout L of the kernels that read it) and index.html into
 // out_dir (created when missing). Returns the paths written. Throws
 // ToolError; on failure none of the files is left behind.
 std::vector<std::string> run_demo(const DemoOptions& options);

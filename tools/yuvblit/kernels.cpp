@@ -4,9 +4,12 @@
 #include <cstring>
 #include <ostream>
 #include <sstream>
+#include <stdexcept>
 
 #include "errors.h"
 #include "packing.h"
+#include "subpicture.h"
+#include "test_overlay.h"
 
 namespace ybtool {
 namespace {
@@ -80,9 +83,10 @@ Surface run_planar9(const KernelInfo& kernel, const KernelSource& src,
                     const tag_ajust_contrast_info& adjust) {
   Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
   tag_ajust_contrast_info record = load_record(kernel, adjust);
-  kernel.entry(source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
-               surface.bytes.data(), src.run_width, src.run_height, src.pitch,
-               surface.pitch, &record);
+  std::get<Kernel9>(kernel.entry)(
+      source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
+      surface.bytes.data(), src.run_width, src.run_height, src.pitch,
+      surface.pitch, &record);
   return surface;
 }
 
@@ -119,8 +123,9 @@ Surface run_yv12_copy(const KernelInfo& kernel, const KernelSource& src,
       src.width, src.height, w, v_offset, u_offset, cw,
       u_offset + offset_of(h + kSpareRows, cw) + kSurfaceSlackBytes);
   tag_ajust_contrast_info record = load_record(kernel, adjust);
-  kernel.entry(source_bytes(y), chroma.data() + v.size(), chroma.data(),
-               surface.bytes.data(), 2 * w, h, w, w, &record);
+  std::get<Kernel9>(kernel.entry)(source_bytes(y), chroma.data() + v.size(),
+                                  chroma.data(), surface.bytes.data(), 2 * w,
+                                  h, w, w, &record);
   return surface;
 }
 
@@ -143,8 +148,9 @@ Surface run_yv12_adjust(const KernelInfo& kernel, const KernelSource& src,
       u_offset + offset_of(h / 2 + kSpareRows, pitch / 2));
   tag_ajust_contrast_info record = load_record(kernel, adjust);
   record.lumaPlaneRows = record.rowsFromDestination = h;
-  kernel.entry(source_bytes(y), source_bytes(u), source_bytes(v),
-               surface.bytes.data(), w, h, w, pitch, &record);
+  std::get<Kernel9>(kernel.entry)(source_bytes(y), source_bytes(u),
+                                  source_bytes(v), surface.bytes.data(), w, h,
+                                  w, pitch, &record);
   return surface;
 }
 
@@ -165,8 +171,9 @@ Surface run_half_yv12(const KernelInfo& kernel, const KernelSource& src,
       out_w, out_h, pitch, v_offset, u_offset, pitch / 2,
       u_offset + offset_of(h / 2 + kSpareRows, pitch / 2));
   tag_ajust_contrast_info record = load_record(kernel, adjust);
-  kernel.entry(source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
-               surface.bytes.data(), w, h, src.pitch, pitch, &record);
+  std::get<Kernel9>(kernel.entry)(
+      source_bytes(src.y), source_bytes(src.u), source_bytes(src.v),
+      surface.bytes.data(), w, h, src.pitch, pitch, &record);
   return surface;
 }
 
@@ -181,9 +188,151 @@ Surface run_packed_yuy2(const KernelInfo& kernel, const KernelSource& src,
       src.run_width, src.run_height, 2 * src.run_width,
       src.run_height + kSpareRows);
   tag_ajust_contrast_info record = load_record(kernel, adjust);
-  kernel.entry(source_bytes(packed), nullptr, nullptr, surface.bytes.data(),
-               src.run_width, src.run_height, src.run_width, surface.pitch,
-               &record);
+  std::get<Kernel9>(kernel.entry)(source_bytes(packed), nullptr, nullptr,
+                                  surface.bytes.data(), src.run_width,
+                                  src.run_height, src.run_width, surface.pitch,
+                                  &record);
+  return surface;
+}
+
+// ------------------------------------------------------------ subpicture
+
+// What the subpicture kernels are given: the source's overlay or, without
+// one, the built-in overlay at the picture's size (kept in `storage`).
+const RgbaImage& overlay_of(const KernelSource& src, RgbaImage& storage) {
+  if (src.overlay) return *src.overlay;
+  storage = make_test_overlay(src.width, src.height);
+  return storage;
+}
+
+// The prepared overlay over the whole run area, with the spare rows the
+// interlaced mixer writes. Its pitch is the picture's: the half-width mixer
+// reads the picture's second row with the subpicture's pitch.
+SubpicturePlanes mixer_subpicture(const KernelSource& src) {
+  RgbaImage storage;
+  return prepare_subpicture(overlay_of(src, storage), src.run_width,
+                            src.run_height + kSpareRows, src.pitch);
+}
+
+// Alpha shown times this in bitmaps that carry it: 16 becomes 240.
+constexpr int kAlphaGain = 15;
+
+// Subpicture planes pre-filled with the marker, so skipped groups show.
+SubpicturePlanes marked_planes(const KernelSource& src) {
+  const uint8_t* m = surface_format_info(SurfaceFormat::kYuy2).marker;
+  return blank_planes(src.run_width, src.run_height, src.pitch,
+                      surface_format_info(SurfaceFormat::kAlpha).marker[0],
+                      m[0], m[1], m[3]);
+}
+
+// Convert_*: the overlay drawn as a bitmap of `kBitmap`, converted into
+// marker-filled planes, shown interleaved as YUY2.
+template <SurfaceFormat kBitmap>
+Surface run_overlay_to_planes(const KernelInfo& kernel, const KernelSource& src,
+                              const tag_ajust_contrast_info&) {
+  RgbaImage storage;
+  Surface bitmap = overlay_bitmap(overlay_of(src, storage), kBitmap,
+                                  src.run_width, src.run_height);
+  SubpicturePlanes planes = marked_planes(src);
+  tagMIX_INFO record = preparation_record(planes, bitmap);
+  std::get<MixKernel>(kernel.entry)(&record);
+  return planes_as_yuy2(planes, src.width, src.height);
+}
+
+// load_subpicture_alpha_*: the prepared alpha plane into a marker-filled
+// bitmap of the kernel's layout.
+template <SurfaceFormat kBitmap>
+Surface run_alpha_to_bitmap(const KernelInfo& kernel, const KernelSource& src,
+                            const tag_ajust_contrast_info&) {
+  SubpicturePlanes planes = mixer_subpicture(src);
+  planes.rows = src.run_height;
+  const int bytes = src.run_width * surface_format_info(kBitmap).bytes_per_pixel;
+  Surface bitmap = make_marked_surface(kBitmap, src.width, src.height,
+                                       round_up(bytes + kSurfaceSlackBytes, 16),
+                                       src.run_height + kSpareRows);
+  bitmap.value_gain = kAlphaGain;
+  tagMIX_INFO record = preparation_record(planes, bitmap);
+  std::get<MixKernel>(kernel.entry)(&record);
+  return bitmap;
+}
+
+MixKernel alpha_writer(SurfaceFormat bitmap) {
+  switch (bitmap) {
+    case SurfaceFormat::kRgb32: return load_subpicture_alpha_rgb32;
+    case SurfaceFormat::kRgb24: return load_subpicture_alpha_rgb24;
+    case SurfaceFormat::kRgb16Layout0: return load_subpicture_alpha_rgb16_565;
+    default: throw std::logic_error("no alpha bitmap in this format");
+  }
+}
+
+// Restore_*: a round trip. The prepared alpha plane goes into a zeroed
+// bitmap of the kernel's layout through its load_subpicture_alpha_*
+// sibling, and the kernel reads it back into a marker-filled plane.
+template <SurfaceFormat kBitmap>
+Surface run_alpha_round_trip(const KernelInfo& kernel, const KernelSource& src,
+                             const tag_ajust_contrast_info&) {
+  SubpicturePlanes planes = mixer_subpicture(src);
+  planes.rows = src.run_height;
+  Surface bitmap = blank_bitmap(kBitmap, src.run_width, src.run_height);
+  tagMIX_INFO record = preparation_record(planes, bitmap);
+  alpha_writer(kBitmap)(&record);
+
+  SubpicturePlanes restored = marked_planes(src);
+  record = preparation_record(restored, bitmap);
+  std::get<MixKernel>(kernel.entry)(&record);
+  Surface alpha;
+  alpha.format = SurfaceFormat::kAlpha;
+  alpha.width = src.width;
+  alpha.height = src.height;
+  alpha.pitch = restored.pitch;
+  alpha.bytes = std::move(restored.alpha);
+  return alpha;
+}
+
+// The record of a mixer: picture, prepared subpicture, surface and the
+// adjustment record (read for its RGB16 layout).
+tagMIX_INFO mix_record(const KernelSource& src, int picture_pitch,
+                       SubpicturePlanes& sub, Surface& surface,
+                       tag_ajust_contrast_info* adjust) {
+  tagMIX_INFO r{};
+  r.picturePitch = picture_pitch;
+  r.subPitch = sub.pitch;
+  r.dstPitch = surface.pitch;
+  r.width = src.run_width;
+  r.height = src.run_height;
+  r.pictureY = source_bytes(src.y);
+  r.pictureV = source_bytes(src.v);
+  r.pictureU = source_bytes(src.u);
+  r.subAlpha = sub.alpha.data();
+  r.subY = sub.y.data();
+  r.subV = sub.v.data();
+  r.subU = sub.u.data();
+  r.dst = surface.bytes.data();
+  r.adjust = adjust;
+  return r;
+}
+
+// Progressive mixers: the frame and the overlay, row for row.
+Surface run_mix_frame(const KernelInfo& kernel, const KernelSource& src,
+                      const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  SubpicturePlanes sub = mixer_subpicture(src);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  tagMIX_INFO mix = mix_record(src, src.pitch, sub, surface, &record);
+  std::get<MixKernel>(kernel.entry)(&mix);
+  return surface;
+}
+
+// Interlaced mixers take one field and double it: here the frame's top
+// field, every other luma and chroma row, which a picture pitch of twice
+// the frame's selects. The overlay supplies every output row.
+Surface run_mix_top_field(const KernelInfo& kernel, const KernelSource& src,
+                          const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  SubpicturePlanes sub = mixer_subpicture(src);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  tagMIX_INFO mix = mix_record(src, 2 * src.pitch, sub, surface, &record);
+  std::get<MixKernel>(kernel.entry)(&mix);
   return surface;
 }
 
@@ -191,6 +340,9 @@ constexpr const char* kPlanarToYuy2 = "planar 4:2:0 to YUY2";
 constexpr const char* kPlanarToYv12 = "planar 4:2:0 to YV12";
 constexpr const char* kPlanarToRgb = "planar 4:2:0 to RGB";
 constexpr const char* kPackedYuy2 = "packed YUY2 to YUY2 and RGB";
+constexpr const char* kPreparation = "subpicture preparation";
+constexpr const char* kMixYuy2 = "subpicture mixed onto YUY2";
+constexpr const char* kMixRgb = "subpicture mixed onto RGB";
 
 const std::vector<FamilyInfo> kFamilies = {
     {kPlanarToYuy2,
@@ -205,12 +357,46 @@ const std::vector<FamilyInfo> kFamilies = {
     {kPackedYuy2,
      "a packed YUY2 picture (made from the frame by libswscale) onto YUY2 or "
      "RGB; both rows of a pair take the first row's chroma"},
+    {kPreparation,
+     "the host's overlay bitmaps and the subpicture planes the mixers read: "
+     "an RGB bitmap with transparent pixels in a colour key to Y, U and V "
+     "planes; the alpha plane (weights 0..16) into a bitmap's blue byte and "
+     "back"},
+    {kMixYuy2,
+     "a decoded frame and a subpicture mixed by alpha in YUV, then adjusted, "
+     "onto a packed 4:2:2 surface; a pixel pair's chroma is weighted by its "
+     "right pixel's alpha"},
+    {kMixRgb,
+     "a decoded frame and a subpicture mixed by alpha in YUV, adjusted and "
+     "converted to RGB; both rows of a pair share the frame's chroma row but "
+     "take the subpicture's chroma row by row"},
 };
 
 constexpr const char* kRgb16Details =
     "Shown in each RGB16 layout. The kernel keeps only the top bits of each "
     "channel; the PNG widens them back to 8 bits by repeating those bits, so "
     "the ramps show steps.";
+
+constexpr const char* kConvertDetails =
+    "Run on the overlay drawn as this bitmap (transparent pixels hold the key, "
+    "grey 64,64,64) into planes pre-filled with magenta, shown interleaved as "
+    "YUY2. Look for: magenta wherever a whole 8-pixel group was key (skipped, "
+    "not cleared), key grey around the shapes in groups that are partly "
+    "visible, the overlay's colours elsewhere, each pixel pair with its left "
+    "pixel's chroma.";
+
+constexpr const char* kAlphaBitmapDetails =
+    "The prepared overlay's alpha plane written into a magenta-filled bitmap "
+    "and shown with every stored value times 15: weight 16 is blue 240, red "
+    "and green stay 0. Should look like the overlay's alpha bitmap "
+    "(overlay-alpha.png).";
+
+constexpr const char* kMixDetails =
+    "The built-in menu overlay (or convert --subpicture) over the picture, "
+    "adjusted together with it. Look for: the translucent panel and its soft "
+    "shadow over the bars, opaque buttons and text, the top-right slider "
+    "fading in from nothing, the caption's outline, and the picture "
+    "elsewhere exactly as the plain loader shows it.";
 
 const std::vector<KernelInfo> kKernels = {
     {"loadimage_yuy2", kPlanarToYuy2,
@@ -317,6 +503,108 @@ const std::vector<KernelInfo> kKernels = {
      "everything else stays magenta.",
      SurfaceFormat::kRgb32, Geometry::kSame, true, LoadYUY2_RGB32_adjust,
      run_packed_yuy2},
+
+    {"Convert_RGB32_To_AYUY2", kPreparation,
+     "RGB32 overlay bitmap (B G R 0) to the subpicture's Y, U and V planes "
+     "(written out as YUY2), skipping 8-pixel groups that are all colour key",
+     kConvertDetails, SurfaceFormat::kYuy2, Geometry::kSame, false,
+     Convert_RGB32_To_AYUY2, run_overlay_to_planes<SurfaceFormat::kRgb32>,
+     Inputs::kOverlay},
+    {"Convert_RGB24_To_AYUY2", kPreparation,
+     "RGB24 overlay bitmap (B G R) to Y, U and V planes, skipping all-key "
+     "groups",
+     "The same overlay packed as RGB24: the planes match "
+     "Convert_RGB32_To_AYUY2's exactly.",
+     SurfaceFormat::kYuy2, Geometry::kSame, false, Convert_RGB24_To_AYUY2,
+     run_overlay_to_planes<SurfaceFormat::kRgb24>, Inputs::kOverlay},
+    {"Convert_RGB16_565_To_AYUY2", kPreparation,
+     "RGB16 5-6-5 overlay bitmap to Y, U and V planes, skipping all-key "
+     "groups",
+     "The same overlay packed as 5-6-5, which keeps the top bits of each "
+     "channel: colours come out a little darker (white is Y 230, not 234); "
+     "the skipped groups are the same as from RGB32.",
+     SurfaceFormat::kYuy2, Geometry::kSame, false, Convert_RGB16_565_To_AYUY2,
+     run_overlay_to_planes<SurfaceFormat::kRgb16Layout0>, Inputs::kOverlay},
+    {"load_subpicture_alpha_rgb32", kPreparation,
+     "alpha plane into an RGB32 bitmap, (alpha, 0, 0, 0) per pixel",
+     kAlphaBitmapDetails, SurfaceFormat::kRgb32, Geometry::kSame, false,
+     load_subpicture_alpha_rgb32, run_alpha_to_bitmap<SurfaceFormat::kRgb32>,
+     Inputs::kOverlay},
+    {"load_subpicture_alpha_rgb24", kPreparation,
+     "alpha plane into an RGB24 bitmap, (alpha, 0, 0) per pixel",
+     kAlphaBitmapDetails, SurfaceFormat::kRgb24, Geometry::kSame, false,
+     load_subpicture_alpha_rgb24, run_alpha_to_bitmap<SurfaceFormat::kRgb24>,
+     Inputs::kOverlay},
+    {"load_subpicture_alpha_rgb16_565", kPreparation,
+     "alpha plane into RGB16 words holding the alpha itself: bits 0-4 in "
+     "blue, bits 5-7 in green's low bits; always 5-6-5",
+     "Shown with every field's value times 15. Weights 0..16 fit the blue "
+     "field, so it looks like the RGB32 form. --rgb16-layout is not read.",
+     SurfaceFormat::kRgb16Layout0, Geometry::kSame, false,
+     load_subpicture_alpha_rgb16_565,
+     run_alpha_to_bitmap<SurfaceFormat::kRgb16Layout0>, Inputs::kOverlay,
+     false},
+    {"Restore_RGB32_To_Alpha", kPreparation,
+     "alpha plane from an RGB32 bitmap's blue byte",
+     "Round trip: the prepared alpha plane written by "
+     "load_subpicture_alpha_rgb32, read back by this kernel into a "
+     "magenta-filled plane, shown as grey (weight times 15). Should be the "
+     "overlay's alpha exactly.",
+     SurfaceFormat::kAlpha, Geometry::kSame, false, Restore_RGB32_To_Alpha,
+     run_alpha_round_trip<SurfaceFormat::kRgb32>, Inputs::kOverlay},
+    {"Restore_RGB24_To_Alpha", kPreparation,
+     "alpha plane from an RGB24 bitmap, each pixel's taken from the byte "
+     "after it: the plane comes back one pixel to the left",
+     "Round trip through load_subpicture_alpha_rgb24 as for RGB32. Each "
+     "weight is its right neighbour's, so the overlay's alpha moves one "
+     "pixel left; the last pixel of a row reads the bitmap's padding (zero "
+     "here).",
+     SurfaceFormat::kAlpha, Geometry::kSame, false, Restore_RGB24_To_Alpha,
+     run_alpha_round_trip<SurfaceFormat::kRgb24>, Inputs::kOverlay},
+    {"Restore_RGB16_565_To_Alpha", kPreparation,
+     "alpha plane from RGB16 words' blue field (word AND 31)",
+     "Round trip through load_subpicture_alpha_rgb16_565 as for RGB32. "
+     "Weights 0..16 survive; alphas above 31 would come back modulo 32.",
+     SurfaceFormat::kAlpha, Geometry::kSame, false,
+     Restore_RGB16_565_To_Alpha,
+     run_alpha_round_trip<SurfaceFormat::kRgb16Layout0>, Inputs::kOverlay},
+
+    {"mix_ayuy2_yuy2_p_ajust", kMixYuy2,
+     "mixes the subpicture into the frame, adjusts, writes YUY2", kMixDetails,
+     SurfaceFormat::kYuy2, Geometry::kSame, true, mix_ayuy2_yuy2_p_ajust,
+     run_mix_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_half_yuy2_p_ajust", kMixYuy2,
+     "half width: keeps the odd pixels of frame and subpicture, mixes, "
+     "adjusts",
+     "Frame and subpicture share one pitch (the kernel reads the frame's "
+     "second row with the subpicture's). Only odd columns survive, so the "
+     "overlay's text and the picture's fine lines thin out or vanish. The "
+     "chroma weight is not limited to 16; the tool draws no alpha above 16.",
+     SurfaceFormat::kYuy2, Geometry::kHalfWidth, true,
+     mix_ayuy2_half_yuy2_p_ajust, run_mix_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_yuy2_i_ajust", kMixYuy2,
+     "one field doubled to full height (rows between field rows averaged), "
+     "the subpicture mixed into every output row",
+     "Run on the frame's top field (picture pitch twice the frame's: every "
+     "other luma and chroma row), which the kernel doubles back to H rows. "
+     "One-pixel horizontal stripes of the picture vanish, the overlay stays "
+     "sharp. Writes 4*ceil(H/4) rows, nothing when H is below 4.",
+     SurfaceFormat::kYuy2, Geometry::kSame, true, mix_ayuy2_yuy2_i_ajust,
+     run_mix_top_field, Inputs::kPictureAndOverlay},
+
+    {"mix_ayuy2_rgb32_p_ajust", kMixRgb,
+     "mixes, adjusts and converts to B G R 0", kMixDetails,
+     SurfaceFormat::kRgb32, Geometry::kSame, true, mix_ayuy2_rgb32_p_ajust,
+     run_mix_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_rgb24_p_ajust", kMixRgb,
+     "mixes, adjusts and converts to B G R", kMixDetails,
+     SurfaceFormat::kRgb24, Geometry::kSame, true, mix_ayuy2_rgb24_p_ajust,
+     run_mix_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_rgb16_p_ajust", kMixRgb,
+     "mixes, adjusts and converts to RGB16 words in the layout of "
+     "--rgb16-layout",
+     kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
+     mix_ayuy2_rgb16_p_ajust, run_mix_frame, Inputs::kPictureAndOverlay},
 };
 
 const char* geometry_label(Geometry g) {
@@ -331,8 +619,10 @@ const char* geometry_label(Geometry g) {
 
 }  // namespace
 
-KernelSource prepare_source(const Picture420& picture) {
+KernelSource prepare_source(const Picture420& picture,
+                            std::shared_ptr<const RgbaImage> overlay) {
   KernelSource s;
+  s.overlay = std::move(overlay);
   s.width = picture.width;
   s.height = picture.height;
   s.run_width = round_up(std::max(picture.width, 1), kGroupPixels);
@@ -357,10 +647,14 @@ const std::vector<KernelInfo>& all_kernels() { return kKernels; }
 
 const std::vector<FamilyInfo>& kernel_families() { return kFamilies; }
 
+bool reads_rgb16_layout(const KernelInfo& kernel) {
+  return is_rgb16(kernel.output) && kernel.rgb16_layout_from_record;
+}
+
 SurfaceFormat surface_format(const KernelInfo& kernel,
                              const tag_ajust_contrast_info& adjust) {
-  return is_rgb16(kernel.output) ? rgb16_format(adjust.rgb16Layout)
-                                 : kernel.output;
+  return reads_rgb16_layout(kernel) ? rgb16_format(adjust.rgb16Layout)
+                                    : kernel.output;
 }
 
 const KernelInfo* find_kernel(const std::string& name) {
@@ -415,14 +709,16 @@ void print_kernel_list(std::ostream& out) {
 
   out << "Kernels the library provides, by family. Output is the surface\n"
          "format and its size for a W x H input picture; * marks kernels\n"
-         "that apply the picture adjustment (convert --luma-gain etc.).\n";
+         "that apply the picture adjustment (convert --luma-gain etc.).\n"
+         "Subpicture kernels work on the built-in menu overlay; the mixers\n"
+         "take a PNG instead with convert --subpicture.\n";
   for (const FamilyInfo& family : kFamilies) {
     out << "\n" << family.name << "\n  (" << family.description << ")\n";
     for (const KernelInfo& k : kKernels) {
       if (std::strcmp(k.family, family.name) != 0) continue;
       std::string name = k.name;
       name.resize(name_width, ' ');
-      const std::string format = is_rgb16(k.output)
+      const std::string format = reads_rgb16_layout(k)
                                      ? "RGB16 (layout L)"
                                      : surface_format_info(k.output).name;
       out << "  " << name << (k.adjusts ? " * " : "   ") << format << ' '
@@ -435,7 +731,7 @@ void print_kernel_list(std::ostream& out) {
   std::vector<SurfaceFormat> shown;
   for (const KernelInfo& k : kKernels) {
     std::vector<SurfaceFormat> formats = {k.output};
-    if (is_rgb16(k.output)) {
+    if (reads_rgb16_layout(k)) {
       formats.clear();
       for (uint32_t l = 0; l < kRgb16Layouts; ++l) formats.push_back(rgb16_format(l));
     }

@@ -1,13 +1,16 @@
 // The registry of library kernels the tool can run. Each entry says what the
 // kernel is, what it writes and which runner calls it; a runner knows how
-// one family wants its source, pitches and surface. Adding a kernel to a
-// known family is one table row in kernels.cpp; a new output format also
-// needs its row in surface.cpp and its case in view.cpp.
+// one family wants its source, pitches, record and surface. Adding a kernel
+// to a known family is one table row in kernels.cpp; a new family also needs
+// its runner, a new signature its alternative in KernelEntry, and a new
+// output format its row in surface.cpp and its case in view.cpp.
 #pragma once
 
 #include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "picture.h"
@@ -21,14 +24,20 @@ namespace ybtool {
 // right of every row and spare rows at the bottom, all padding repeating the
 // picture's edge pixels. The kernels are run over run_width x run_height, so
 // no row ever drifts, and the tool crops their output to the picture.
+//
+// The subpicture kernels also get an overlay, placed at the picture's
+// top-left (the rest transparent); without one they draw the built-in
+// overlay at the picture's size.
 struct KernelSource {
   int width = 0, height = 0;          // the picture
   int run_width = 0, run_height = 0;  // the area the kernels are asked to cover
   int pitch = 0;                      // luma bytes per row; chroma uses pitch/2
   std::vector<uint8_t> y, u, v;
+  std::shared_ptr<const RgbaImage> overlay;  // may be null
 };
 
-KernelSource prepare_source(const Picture420& picture);
+KernelSource prepare_source(const Picture420& picture,
+                            std::shared_ptr<const RgbaImage> overlay = nullptr);
 
 // Output picture size relative to the input picture.
 enum class Geometry {
@@ -40,8 +49,18 @@ struct KernelInfo;
 
 using Kernel9 = void (*)(void*, void*, void*, void*, int32_t, int32_t,
                          int32_t, int32_t, tag_ajust_contrast_info*);
+using MixKernel = void (*)(tagMIX_INFO*);
+// The entry point in whichever signature it has; its runner knows which.
+using KernelEntry = std::variant<Kernel9, MixKernel>;
 using KernelRunner = Surface (*)(const KernelInfo&, const KernelSource&,
                                  const tag_ajust_contrast_info&);
+
+// What a kernel reads besides the adjustment.
+enum class Inputs {
+  kPicture,            // the frame
+  kOverlay,            // an overlay bitmap or the subpicture made from it
+  kPictureAndOverlay,  // both: the mixers
+};
 
 struct KernelInfo {
   const char* name;         // the library's entry point
@@ -51,8 +70,12 @@ struct KernelInfo {
   SurfaceFormat output;     // RGB16 kernels: layout 0, see surface_format()
   Geometry geometry;
   bool adjusts;             // reads the get_contrast_data() constants
-  Kernel9 entry;
+  KernelEntry entry;
   KernelRunner run;
+  Inputs inputs = Inputs::kPicture;
+  // RGB16 output: false when it is always 5-6-5 and adjust.rgb16Layout is
+  // not read.
+  bool rgb16_layout_from_record = true;
 };
 
 // A family: its name as in KernelInfo::family and a one-line description.
@@ -68,6 +91,10 @@ const KernelInfo* find_kernel(const std::string& name);
 
 void output_size(const KernelInfo& kernel, int width, int height,
                  int& out_width, int& out_height);
+
+// Whether the kernel's RGB16 output follows adjust.rgb16Layout (the demo
+// then shows every layout).
+bool reads_rgb16_layout(const KernelInfo& kernel);
 
 // The format the kernel writes under `adjust`: RGB16 kernels take their
 // layout from adjust.rgb16Layout (ToolError above 3, where they would write

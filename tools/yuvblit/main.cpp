@@ -21,8 +21,9 @@ constexpr const char* kAbout =
     "yuvblit runs the yuvblit library's pixel kernels - the routines a video\n"
     "player's display path uses to turn decoded planar 4:2:0 frames and\n"
     "packed YUY2 pictures into YUY2, YV12 and RGB display surfaces, with\n"
-    "optional picture adjustment - on real pictures, and saves what they\n"
-    "wrote as PNG images you can look at.\n"
+    "optional picture adjustment, and mix subpictures (menus, captions)\n"
+    "into them - on real pictures, and saves what they wrote as PNG images\n"
+    "you can look at.\n"
     "\n"
     "Surfaces are filled with magenta before a kernel runs, so any magenta\n"
     "in the output is where the kernel wrote nothing.";
@@ -33,6 +34,7 @@ constexpr const char* kFooter =
     "                                    then open out/demo/index.html\n"
     "  yuvblit list                      what each kernel does\n"
     "  yuvblit convert clip.y4m -k loadimage_yuy2 -o clip.png\n"
+    "  yuvblit convert clip.y4m -k mix_ayuy2_rgb32_p_ajust -s menu.png -o mixed.png\n"
     "\n"
     "Run 'yuvblit SUBCOMMAND --help' for the options of each subcommand.";
 
@@ -60,6 +62,22 @@ constexpr const char* kConvertAbout =
     "Kernels reading packed YUY2 (LoadYUY2_*) get the frame packed by\n"
     "libswscale, each pixel keeping its own luma and its 2x2 block's chroma.\n"
     "\n"
+    "Subpicture kernels: the mixers (mix_*) mix an overlay into every frame,\n"
+    "the built-in menu overlay or, with --subpicture, a PNG placed at the\n"
+    "frame's top-left corner (the rest of the frame stays uncovered). The PNG\n"
+    "must fit the frame and have transparency: 8-bit RGBA or grey+alpha, or a\n"
+    "palette, grey or RGB image with a tRNS chunk (these are expanded to\n"
+    "RGBA); images without transparency and 16-bit images are refused. Its\n"
+    "alpha a (0..255) becomes the mixing weight round(a*16/255) out of 16:\n"
+    "0-7 transparent, 248-255 opaque. The overlay is prepared as a host\n"
+    "does: drawn into an RGB32 bitmap with transparent pixels in a colour key\n"
+    "and into an alpha bitmap, then turned into subpicture planes by the\n"
+    "library's Convert_RGB32_To_AYUY2 and Restore_RGB32_To_Alpha.\n"
+    "mix_ayuy2_yuy2_i_ajust mixes into the frame's top field, doubled back to\n"
+    "the frame's height. The preparation kernels (Convert_*, Restore_*,\n"
+    "load_subpicture_alpha_*) do not read the frames: they run on the\n"
+    "built-in overlay at the frame's size.\n"
+    "\n"
     "Widths are rounded up to whole 16-pixel groups (repeating the right edge)\n"
     "and heights to even before a kernel runs; the output is cropped back.\n"
     "Without adjustment options the adjusting kernels get the identity\n"
@@ -72,12 +90,16 @@ constexpr const char* kConvertAbout =
 
 constexpr const char* kDemoAbout =
     "Renders a picture through every kernel the library provides and writes\n"
-    "DIR/source.png, one DIR/KERNEL.png per kernel (RGB16 kernels: one\n"
-    "DIR/KERNEL-layoutL.png for each layout L, 0 to 3) and DIR/index.html,\n"
+    "DIR/source.png, one DIR/KERNEL.png per kernel (kernels writing RGB16\n"
+    "in the record's layout: one DIR/KERNEL-layoutL.png for each layout L,\n"
+    "0 to 3) and DIR/index.html,\n"
     "a contact sheet showing them by family with what each kernel does and\n"
     "the adjustment used. Without INPUT the built-in 720x480 test picture is\n"
     "used (colour bars, luma and chroma ramps, zone plate, fine lines);\n"
     "adjusting kernels get more contrast and saturation with grey kept grey.\n"
+    "Subpicture kernels get a built-in menu overlay drawn at the picture's\n"
+    "size (translucent panel, soft shadow, buttons, text, an alpha ramp); its\n"
+    "two bitmaps are DIR/overlay.png and DIR/overlay-alpha.png.\n"
     "RGB16 PNGs widen the bits the kernel kept back to 8 bits per channel;\n"
     "the low bits are dropped by the kernel, so ramps show steps.";
 
@@ -138,6 +160,10 @@ int main(int argc, char** argv) {
                           "convert only the first N frames")
       ->check(CLI::PositiveNumber)
       ->type_name("N");
+  convert_cmd->add_option("--subpicture,-s", convert.subpicture,
+                          "PNG overlay with transparency for a mix_* kernel, "
+                          "placed top-left (see below)")
+      ->type_name("OVERLAY.png");
   const CLI::Range int16_range(-32768, 32767);
   auto& a = convert.adjust;
   convert_cmd->add_option("--luma-gain", a.lumaGain,
@@ -180,6 +206,7 @@ int main(int argc, char** argv) {
                 << " through " << convert.kernel << " (" << r.format << " "
                 << r.width << "x" << r.height
                 << (r.raw ? ", raw" : ", as PNG")
+                << (r.overlay.empty() ? "" : ", with " + r.overlay)
                 << ")\n";
     }
   } catch (const ybtool::ToolError& e) {

@@ -1,6 +1,5 @@
-// A planar 8-bit 4:2:0 picture with tightly packed planes: luma is
-// width x height bytes, each chroma plane ceil(width/2) x ceil(height/2).
-// This is the layout of one YUV4MPEG2 frame and of the built-in test picture.
+// The pictures the tool reads and draws: planar 4:2:0 video frames and
+// RGBA overlays.
 #pragma once
 
 #include <cstddef>
@@ -9,6 +8,9 @@
 
 namespace ybtool {
 
+// A planar 8-bit 4:2:0 picture with tightly packed planes: luma is
+// width x height bytes, each chroma plane ceil(width/2) x ceil(height/2).
+// This is the layout of one YUV4MPEG2 frame and of the built-in test picture.
 struct Picture420 {
   int width = 0;
   int height = 0;
@@ -31,6 +33,26 @@ struct Picture420 {
   static size_t frame_bytes(int w, int h) {
     return static_cast<size_t>(w) * h +
            2 * static_cast<size_t>(chroma_size(w)) * chroma_size(h);
+  }
+};
+
+// An overlay as drawn or read from a PNG: 8-bit R G B A per pixel (alpha 0
+// transparent, 255 opaque, colours not premultiplied), rows width*4 bytes.
+struct RgbaImage {
+  int width = 0;
+  int height = 0;
+  std::vector<uint8_t> pixels;
+
+  void allocate(int w, int h) {
+    width = w;
+    height = h;
+    pixels.assign(static_cast<size_t>(w) * h * 4, 0);
+  }
+  const uint8_t* at(int x, int y) const {
+    return pixels.data() + (static_cast<size_t>(y) * width + x) * 4;
+  }
+  uint8_t* at(int x, int y) {
+    return pixels.data() + (static_cast<size_t>(y) * width + x) * 4;
   }
 };
 

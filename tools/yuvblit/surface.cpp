@@ -33,6 +33,11 @@ const SurfaceFormatInfo& surface_format_info(SurfaceFormat format) {
       {"RGB16 layout 3",
        "little-endian 16-bit words, 6-5-5: R bits 15-10, G 9-5, B 4-0", 2, 1,
        {0x1F, 0xFC, 0, 0}, 2},
+      // The marker is above every weight the tool draws (0..16).
+      {"alpha",
+       "one byte per pixel: the mixing weight, 0 transparent to 16 opaque "
+       "(shown as grey, 16 = 240; bytes above 16 magenta)",
+       1, 1, {0xFF, 0, 0, 0}, 1},
   };
   const auto i = static_cast<size_t>(format);
   if (i >= std::size(kInfo))

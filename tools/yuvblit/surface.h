@@ -18,6 +18,7 @@ enum class SurfaceFormat {
   kRgb16Layout1,  // R 15..11 G 10..6 B 5..1, bit 0 clear
   kRgb16Layout2,  // R 15..10 G 9..4 B 3..0
   kRgb16Layout3,  // R 15..10 G 9..5 B 4..0
+  kAlpha,        // one byte per pixel: a subpicture's alpha (weights 0..16)
 };
 
 struct SurfaceFormatInfo {
@@ -62,6 +63,10 @@ struct Surface {
   // YV12 only: first byte of each chroma plane and their row pitch.
   size_t v_offset = 0, u_offset = 0;
   int chroma_pitch = 0;
+  // Non-zero for RGB bitmaps that carry small numbers rather than colours
+  // (an alpha plane in the blue byte): the viewer shows each channel's
+  // stored value (byte, or RGB16 field) times this gain, limited to 255.
+  int value_gain = 0;
 
   const uint8_t* row(int r) const { return bytes.data() + static_cast<size_t>(r) * pitch; }
   uint8_t* row(int r) { return bytes.data() + static_cast<size_t>(r) * pitch; }

@@ -43,8 +43,14 @@ RgbImage unpack_rgb(const Surface& s) {
   const int bpp = surface_format_info(s.format).bytes_per_pixel;
   const bool rgb16 = is_rgb16(s.format);
   const Rgb16Fields f = rgb16 ? rgb16_fields(s.format) : Rgb16Fields{};
-  auto channel = [](unsigned word, Rgb16Channel c) {
-    return widen_channel((word >> c.shift) & ((1u << c.bits) - 1), c.bits);
+  // A stored channel value as 8 bits: widened, or for bitmaps carrying
+  // numbers multiplied by the surface's gain.
+  auto shown = [&](unsigned value, int bits) {
+    if (s.value_gain) return static_cast<uint8_t>(std::min(value * s.value_gain, 255u));
+    return widen_channel(value, bits);
+  };
+  auto channel = [&](unsigned word, Rgb16Channel c) {
+    return shown((word >> c.shift) & ((1u << c.bits) - 1), c.bits);
   };
   for (int y = 0; y < s.height; ++y) {
     const uint8_t* in = s.row(y);
@@ -56,10 +62,26 @@ RgbImage unpack_rgb(const Surface& s) {
         out[1] = channel(word, f.g);
         out[2] = channel(word, f.b);
       } else {
-        out[0] = in[2];
-        out[1] = in[1];
-        out[2] = in[0];
+        out[0] = shown(in[2], 8);
+        out[1] = shown(in[1], 8);
+        out[2] = shown(in[0], 8);
       }
+    }
+  }
+  return image;
+}
+
+// Weights 0..16 as grey (w * 15); anything above, the marker included, as
+// magenta: the tool never draws such weights.
+RgbImage unpack_alpha(const Surface& s) {
+  RgbImage image = blank_image(s.width, s.height);
+  for (int y = 0; y < s.height; ++y) {
+    const uint8_t* in = s.row(y);
+    uint8_t* out = image.pixels.data() + static_cast<size_t>(y) * s.width * 3;
+    for (int x = 0; x < s.width; ++x, out += 3) {
+      const int a = in[x];
+      out[0] = out[2] = static_cast<uint8_t>(a > 16 ? 255 : a * 15);
+      out[1] = static_cast<uint8_t>(a > 16 ? 0 : a * 15);
     }
   }
   return image;
@@ -162,6 +184,8 @@ RgbImage Viewer::view(const Surface& s) {
     case SurfaceFormat::kRgb16Layout2:
     case SurfaceFormat::kRgb16Layout3:
       return unpack_rgb(s);
+    case SurfaceFormat::kAlpha:
+      return unpack_alpha(s);
   }
   throw ToolError("internal: no viewer for this surface format");
 }

@@ -1,7 +1,8 @@
 // Turns pictures and kernel surfaces into 8-bit RGB for PNG files.
 //
 // RGB surfaces are unpacked as they are (RGB16 channels widened to 8 bits
-// by repeating their top bits). YUY2 and YV12 surfaces are converted by the
+// by repeating their top bits; bitmaps carrying numbers scaled by their
+// Surface::value_gain), alpha planes shown as grey. YUY2 and YV12 surfaces are converted by the
 // library's own kernels, LoadYUY2_RGB32 and loadimage_rgb32, and by
 // libswscale (BT.601 limited-range YUV to full-range RGB) when a surface's
 // layout does not suit them. Source pictures always go through libswscale,

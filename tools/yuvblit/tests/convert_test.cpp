@@ -3,9 +3,11 @@
 #include "convert.h"
 
 #include <gtest/gtest.h>
+#include <png.h>
 
 #include <fstream>
 #include <algorithm>
+#include <cstring>
 #include <iterator>
 
 #include "errors.h"
@@ -165,6 +167,79 @@ TEST(Convert, FailuresNameTheProblemAndLeaveNoOutput) {
     ADD_FAILURE() << "converted a missing file";
   } catch (const ToolError& e) {
     EXPECT_NE(std::string(e.what()).find("absent.y4m: cannot open"), std::string::npos);
+  }
+}
+
+// A w x h RGBA PNG, opaque red in its left half, transparent in its right.
+std::string red_overlay_png(const ScratchDir& dir, int w, int h) {
+  std::vector<uint8_t> rgba(static_cast<size_t>(w) * h * 4, 0);
+  for (int y = 0; y < h; ++y)
+    for (int x = 0; x < w / 2; ++x) {
+      rgba[(static_cast<size_t>(y) * w + x) * 4] = 255;
+      rgba[(static_cast<size_t>(y) * w + x) * 4 + 3] = 255;
+    }
+  png_image png;
+  std::memset(&png, 0, sizeof png);
+  png.version = PNG_IMAGE_VERSION;
+  png.width = w;
+  png.height = h;
+  png.format = PNG_FORMAT_RGBA;
+  const std::string path = dir.file("overlay.png");
+  EXPECT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, rgba.data(), 0, nullptr));
+  return path;
+}
+
+TEST(Convert, SubpictureIsMixedIntoEveryFrameAtTheTopLeft) {
+  ScratchDir dir;
+  const std::string in = dir.write("in.y4m", y4m_clip(20, 6, 2));
+  ConvertOptions o = options(in, dir.file("out.yuy2"), "mix_ayuy2_yuy2_p_ajust");
+  o.subpicture = red_overlay_png(dir, 8, 4);
+  const ConvertResult r = run_convert(o, nullptr);
+  EXPECT_EQ(r.overlay, o.subpicture);
+  const std::string raw = read_file(dir.file("out.yuy2"));
+  ASSERT_EQ(raw.size(), 2u * 20 * 6 * 2);
+  for (int f = 0; f < 2; ++f) {
+    const Picture420 src = testing::clip_frame(20, 6, f);
+    auto luma = [&](int x, int y) { return static_cast<uint8_t>(raw[f * 240 + y * 40 + 2 * x]); };
+    for (int y = 0; y < 6; ++y)
+      for (int x = 0; x < 20; ++x)
+        ASSERT_EQ(luma(x, y), x < 4 && y < 4 ? 81 : src.y[y * 20 + x]) << f << ":" << x << "," << y;
+  }
+
+  // Without --subpicture a mixer gets the built-in overlay.
+  o.subpicture.clear();
+  o.output = dir.file("menu.png");
+  EXPECT_EQ(run_convert(o, nullptr).overlay, "the built-in overlay");
+}
+
+TEST(Convert, SubpictureProblemsStopBeforeAnyOutput) {
+  const std::string clip = y4m_clip(16, 10, 2);
+  const struct {
+    std::string kernel;
+    int w, h;
+    const char* png_bytes;  // instead of a PNG of w x h
+    std::string message;
+  } cases[] = {
+      {"loadimage_yuy2", 4, 4, nullptr,
+       "overlay.png: loadimage_yuy2 does not mix a subpicture"},
+      {"Convert_RGB32_To_AYUY2", 4, 4, nullptr, "Convert_RGB32_To_AYUY2 does not mix"},
+      {"mix_ayuy2_rgb32_p_ajust", 17, 4, nullptr,
+       "overlay.png: 17x4 is larger than the 16x10 frame"},
+      {"mix_ayuy2_rgb32_p_ajust", 4, 4, "GIF89a", "overlay.png: not a readable PNG"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.message);
+    ScratchDir dir;
+    const std::string in = dir.write("in.y4m", clip);
+    ConvertOptions o = options(in, dir.file("out.png"), c.kernel);
+    o.subpicture = c.png_bytes ? dir.write("overlay.png", c.png_bytes) : red_overlay_png(dir, c.w, c.h);
+    try {
+      run_convert(o, nullptr);
+      ADD_FAILURE() << "converted";
+    } catch (const ToolError& e) {
+      EXPECT_NE(std::string(e.what()).find(c.message), std::string::npos) << e.what();
+    }
+    EXPECT_EQ(dir.names(), (Names{"in.y4m", "overlay.png"}));
   }
 }
 

@@ -5,9 +5,14 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
 #include <sstream>
 #include <tuple>
 
+#include "demo.h"
 #include "errors.h"
 #include "fixtures.h"
 #include "kernels.h"
@@ -97,8 +102,12 @@ TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRowInEveryLayout) {
   // A new table entry with the wrong geometry, format or runner leaves
   // marker pixels (or the wrong size) in the first row, which every kernel
   // writes; LoadYUY2_RGB32_adjust writes only its first 16 pixels there.
+  // An overlay opaque everywhere keeps Convert_* from skipping groups.
   const Picture420 p = distinct_picture(48, 16);
-  const KernelSource src = prepare_source(p);
+  auto opaque = std::make_shared<RgbaImage>();
+  opaque->allocate(48, 16);
+  for (size_t i = 0; i < opaque->pixels.size(); i += 4) opaque->pixels[i + 3] = 255;
+  const KernelSource src = prepare_source(p, opaque);
   for (const KernelInfo& k : all_kernels()) {
     SCOPED_TRACE(k.name);
     EXPECT_EQ(find_kernel(k.name), &k);
@@ -110,7 +119,7 @@ TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRowInEveryLayout) {
       SCOPED_TRACE(adjust.rgb16Layout);
       const Surface s = run_kernel(k, src, adjust);
       EXPECT_EQ(s.format, surface_format(k, adjust));
-      EXPECT_EQ(s.format == k.output, !is_rgb16(k.output) || adjust.rgb16Layout == 0);
+      EXPECT_EQ(s.format == k.output, !reads_rgb16_layout(k) || adjust.rgb16Layout == 0);
       EXPECT_EQ(s.width, w);
       EXPECT_EQ(s.height, h);
       for (int x = 0; x < w; ++x) EXPECT_EQ(is_marker(s, x, 0), x >= written) << x;
@@ -137,6 +146,32 @@ TEST(KernelRegistry, ListShowsEveryFamilyAndKernel) {
   }
   for (uint32_t l = 0; l < kRgb16Layouts; ++l)
     EXPECT_NE(text.find(surface_format_info(rgb16_format(l)).name), std::string::npos);
+}
+
+TEST(KernelRegistry, DemoShowsEveryKernelAndTheOverlay) {
+  // A small first frame keeps it quick; every kernel gets its PNG (one per
+  // layout where it follows the record's) and its card on the sheet.
+  testing::ScratchDir dir;
+  DemoOptions options;
+  options.input = dir.write("in.y4m", testing::y4m_clip(40, 12, 1));
+  options.out_dir = dir.file("demo");
+  const std::vector<std::string> written = run_demo(options);
+  std::ifstream in(dir.file("demo/index.html"));
+  const std::string html{std::istreambuf_iterator<char>(in), {}};
+  auto expect_shown = [&](const std::string& file) {
+    EXPECT_TRUE(std::filesystem::exists(dir.file("demo/" + file))) << file;
+    EXPECT_NE(html.find("src=\"" + file + "\""), std::string::npos) << file;
+  };
+  for (const char* file : {"source.png", "overlay.png", "overlay-alpha.png"}) expect_shown(file);
+  size_t pngs = 3;
+  for (const KernelInfo& k : all_kernels()) {
+    const bool layouts = reads_rgb16_layout(k);
+    for (uint32_t l = 0; l < (layouts ? kRgb16Layouts : 1); ++l, ++pngs)
+      expect_shown(k.name + (layouts ? "-layout" + std::to_string(l) : std::string()) + ".png");
+  }
+  for (const FamilyInfo& f : kernel_families())
+    EXPECT_NE(html.find(std::string("<h2>") + f.name + "</h2>"), std::string::npos) << f.name;
+  EXPECT_EQ(written.size(), pngs + 1);
 }
 
 void expect_rgb(const RgbImage& img, int x, int y, int r, int g, int b) {
