@@ -67,13 +67,23 @@ MixCall random_mix_call(std::mt19937& rng, int32_t dstBytesPerPixel, bool interl
   return c;
 }
 
-// Alpha bytes mostly in 0..17, where the weights differ, and some far above
-// 16 (random bytes would nearly all be opaque).
+// Alpha in runs of random length, as overlays have them: transparent (0),
+// opaque (16), opaque with bytes far above 16 mixed in, and mixed weights
+// mostly in 0..17, where they differ. Whole vectors of the first three take
+// the kernels' unmixed paths, runs that straddle vectors the mixed one.
 std::function<void(const std::vector<Region*>&)> fill_alpha(uint32_t seed) {
   return [seed](const std::vector<Region*>& regions) {
     std::mt19937 rng(seed);
+    int64_t runLeft = 0;
+    uint32_t kind = 0;
     regions[kSubAlpha]->fill([&](int64_t) {
-      return static_cast<uint8_t>(rng() % 8 == 0 ? 18 + rng() % 238 : rng() % 18);
+      if (runLeft-- == 0) runLeft = rng() % 200, kind = rng() % 4;
+      switch (kind) {
+        case 0: return uint8_t{0};
+        case 1: return uint8_t{16};
+        case 2: return static_cast<uint8_t>(rng() % 4 ? 16 : 17 + rng() % 239);
+        default: return static_cast<uint8_t>(rng() % 8 == 0 ? 18 + rng() % 238 : rng() % 18);
+      }
     });
   };
 }

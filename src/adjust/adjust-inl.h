@@ -60,15 +60,28 @@ HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
   return AdjustWide(d16, x, hn::Set(d16, a.gain), hn::Set(d16, a.offset));
 }
 
+// One SampleAdjust as the row operations apply it. CPUs with byte permutes
+// look samples up in its table, which is held in four registers for as long
+// as the row operation runs: loaded once before the loop, since the
+// compiler must assume any byte store could change the table in memory.
+// Elsewhere samples are computed.
 #if HWY_TARGET == HWY_AVX3_DL
+struct SampleLookup {
+  explicit SampleLookup(SampleAdjust a) : adjust(a), lookup(a.table != nullptr) {
+    for (int i = 0; i < 4; ++i)
+      table[i] = lookup ? _mm512_loadu_si512(a.table + 64 * i) : _mm512_setzero_si512();
+  }
+  SampleAdjust adjust;
+  bool lookup;
+  __m512i table[4];
+};
+
 // 256-entry byte lookup with two-table byte permutes: indices 0..127 from
 // the first half of the table, 128..255 from the second, picked by the top
 // bit. Narrower vectors are looked up in a full register.
-HWY_INLINE __m512i LookupBytes512(__m512i index, const uint8_t* table) {
-  const __m512i low = _mm512_permutex2var_epi8(_mm512_loadu_si512(table), index,
-                                               _mm512_loadu_si512(table + 64));
-  const __m512i high = _mm512_permutex2var_epi8(_mm512_loadu_si512(table + 128), index,
-                                                _mm512_loadu_si512(table + 192));
+HWY_INLINE __m512i LookupBytes512(__m512i index, const SampleLookup& s) {
+  const __m512i low = _mm512_permutex2var_epi8(s.table[0], index, s.table[1]);
+  const __m512i high = _mm512_permutex2var_epi8(s.table[2], index, s.table[3]);
   return _mm512_mask_blend_epi8(_mm512_movepi8_mask(index), low, high);
 }
 HWY_INLINE __m512i ToRegister512(__m512i v) { return v; }
@@ -79,52 +92,62 @@ HWY_INLINE void FromRegister512(__m512i r, __m256i& v) { v = _mm512_castsi512_si
 HWY_INLINE void FromRegister512(__m512i r, __m128i& v) { v = _mm512_castsi512_si128(r); }
 
 template <class D8>
-HWY_INLINE hn::Vec<D8> LookupBytes(D8 /*d8*/, hn::Vec<D8> bytes, const uint8_t* table) {
+HWY_INLINE hn::Vec<D8> LookupBytes(D8 /*d8*/, hn::Vec<D8> bytes, const SampleLookup& s) {
   hn::Vec<D8> out = bytes;
-  FromRegister512(LookupBytes512(ToRegister512(bytes.raw), table), out.raw);
+  FromRegister512(LookupBytes512(ToRegister512(bytes.raw), s), out.raw);
   return out;
 }
-constexpr bool kLookupAdjust = true;
 #else
+struct SampleLookup {
+  explicit SampleLookup(SampleAdjust a) : adjust(a) {}
+  SampleAdjust adjust;
+  static constexpr bool lookup = false;
+};
+
 template <class D8>
-HWY_INLINE hn::Vec<D8> LookupBytes(D8, hn::Vec<D8> bytes, const uint8_t*) {
+HWY_INLINE hn::Vec<D8> LookupBytes(D8, hn::Vec<D8> bytes, const SampleLookup&) {
   return bytes;  // not used: only CPUs with byte permutes look samples up
 }
-constexpr bool kLookupAdjust = false;
 #endif
 
-// Applies one SampleAdjust to every byte of a u8 vector.
+// The three lookups of an Adjustment.
+struct AdjustmentLookup {
+  explicit AdjustmentLookup(const Adjustment& a) : luma(a.luma), u(a.u), v(a.v) {}
+  SampleLookup luma, u, v;
+};
+
+// Applies one adjustment to every byte of a u8 vector.
 template <class D8>
-HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, SampleAdjust a) {
-  if (kLookupAdjust && a.table) return LookupBytes(d8, bytes, a.table);
+HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, const SampleLookup& s) {
+  if (s.lookup) return LookupBytes(d8, bytes, s);
   const hn::Repartition<int16_t, D8> d16;
   hn::Vec<decltype(d16)> even, odd;
   SplitEvenOdd(d8, bytes, even, odd);
-  return JoinEvenOdd(d16, AdjustWide(d16, even, a), AdjustWide(d16, odd, a));
+  return JoinEvenOdd(d16, AdjustWide(d16, even, s.adjust), AdjustWide(d16, odd, s.adjust));
 }
 
 // Adjusted bytes split into even and odd int16 lanes (see SplitEvenOdd).
 template <class D8>
-HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, SampleAdjust a,
+HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, const SampleLookup& s,
                                      hn::Vec<hn::Repartition<int16_t, D8>>& even,
                                      hn::Vec<hn::Repartition<int16_t, D8>>& odd) {
   const hn::Repartition<int16_t, D8> d16;
-  if (kLookupAdjust && a.table) {
-    SplitEvenOdd(d8, LookupBytes(d8, bytes, a.table), even, odd);
+  if (s.lookup) {
+    SplitEvenOdd(d8, LookupBytes(d8, bytes, s), even, odd);
     return;
   }
   SplitEvenOdd(d8, bytes, even, odd);
-  even = AdjustWide(d16, even, a);
-  odd = AdjustWide(d16, odd, a);
+  even = AdjustWide(d16, even, s.adjust);
+  odd = AdjustWide(d16, odd, s.adjust);
 }
 
 // Adjusted bytes widened to int16 lanes (as many lanes as D16 has).
 template <class D16>
 HWY_INLINE hn::Vec<D16> PromoteAdjusted(D16 d16, hn::Vec<hn::Rebind<uint8_t, D16>> bytes,
-                                        SampleAdjust a) {
+                                        const SampleLookup& s) {
   const hn::Rebind<uint8_t, D16> d8;
-  if (kLookupAdjust && a.table) return hn::PromoteTo(d16, LookupBytes(d8, bytes, a.table));
-  return AdjustWide(d16, hn::PromoteTo(d16, bytes), a);
+  if (s.lookup) return hn::PromoteTo(d16, LookupBytes(d8, bytes, s));
+  return AdjustWide(d16, hn::PromoteTo(d16, bytes), s.adjust);
 }
 
 }  // namespace HWY_NAMESPACE

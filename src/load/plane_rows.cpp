@@ -49,7 +49,7 @@ void CopyBytes(const uint8_t* HWY_RESTRICT src, uint8_t* HWY_RESTRICT dst,
 // Every byte is read once before it is written, so src == dst works too.
 template <class D>
 HWY_INLINE size_t AdjustInVectors(D d, const uint8_t* src, uint8_t* dst,
-                                  size_t i, size_t bytes, SampleAdjust a) {
+                                  size_t i, size_t bytes, const SampleLookup& a) {
   const size_t n = hn::Lanes(d);
   for (; i + n <= bytes; i += n) {
     hn::StoreU(AdjustBytes(d, hn::LoadU(d, src + i), a), d, dst + i);
@@ -59,10 +59,11 @@ HWY_INLINE size_t AdjustInVectors(D d, const uint8_t* src, uint8_t* dst,
 
 void AdjustRun(const uint8_t* src, uint8_t* dst, size_t bytes,
                SampleAdjust a) {
-  size_t i = AdjustInVectors(hn::ScalableTag<uint8_t>(), src, dst, 0, bytes, a);
-  i = AdjustInVectors(hn::CappedTag<uint8_t, 32>(), src, dst, i, bytes, a);
-  i = AdjustInVectors(hn::CappedTag<uint8_t, 16>(), src, dst, i, bytes, a);
-  i = AdjustInVectors(hn::CappedTag<uint8_t, 8>(), src, dst, i, bytes, a);
+  const SampleLookup lookup(a);
+  size_t i = AdjustInVectors(hn::ScalableTag<uint8_t>(), src, dst, 0, bytes, lookup);
+  i = AdjustInVectors(hn::CappedTag<uint8_t, 32>(), src, dst, i, bytes, lookup);
+  i = AdjustInVectors(hn::CappedTag<uint8_t, 16>(), src, dst, i, bytes, lookup);
+  i = AdjustInVectors(hn::CappedTag<uint8_t, 8>(), src, dst, i, bytes, lookup);
   for (; i < bytes; ++i) dst[i] = adjust_sample(src[i], a);
 }
 

@@ -19,7 +19,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <RgbPacking P, bool kAdjust, class D8, class D16>
 HWY_INLINE void ConvertLuma(D8 d8, D16 d16, hn::Vec<D8> luma,
                             const ChromaTermsV<D16>& terms, const RgbFormat& format,
-                            const Adjustment& a, uint8_t* dst) {
+                            const AdjustmentLookup& a, uint8_t* dst) {
   hn::Vec<D16> even, odd;
   if (kAdjust) {
     SplitEvenOddAdjusted(d8, luma, a.luma, even, odd);
@@ -35,17 +35,18 @@ void PairToRgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u, const uin
                uint8_t* d0, uint8_t* d1, size_t groups, const RgbFormat& format,
                const Adjustment& a) {
   constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
+  const AdjustmentLookup lookup(a);
   ForGroups<16>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const hn::Rebind<uint8_t, decltype(d16)> dc;
     const auto cu = hn::LoadU(dc, u + 8 * g);
     const auto cv = hn::LoadU(dc, v + 8 * g);
     const auto terms =
-        kAdjust ? ChromaTerms(d16, PromoteAdjusted(d16, cu, a.u), PromoteAdjusted(d16, cv, a.v))
+        kAdjust ? ChromaTerms(d16, PromoteAdjusted(d16, cu, lookup.u), PromoteAdjusted(d16, cv, lookup.v))
                 : ChromaTerms(d16, hn::PromoteTo(d16, cu), hn::PromoteTo(d16, cv));
-    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), terms, format, a,
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), terms, format, lookup,
                             d0 + kBpp * 16 * g);
-    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), terms, format, a,
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), terms, format, lookup,
                             d1 + kBpp * 16 * g);
   });
 }

@@ -44,22 +44,22 @@ void PlanarPairToYuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
 
 void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* v,
                              uint8_t* dst, size_t groups, const Adjustment a) {
+  const AdjustmentLookup lookup(a);
   ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const hn::Rebind<uint8_t, decltype(d16)> dh;
-    hn::Vec<decltype(d16)> even, odd;
-    SplitEvenOddAdjusted(d8, hn::LoadU(d8, y + 16 * g), a.luma, even, odd);
-    StoreYuy2(d16, even, PromoteAdjusted(d16, hn::LoadU(dh, u + 8 * g), a.u), odd,
-              PromoteAdjusted(d16, hn::LoadU(dh, v + 8 * g), a.v), dst + 32 * g);
+    StoreAdjustedYuy2(d8, hn::LoadU(d8, y + 16 * g), hn::LoadU(dh, u + 8 * g),
+                      hn::LoadU(dh, v + 8 * g), lookup, dst + 32 * g);
   });
 }
 
 void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups, const Adjustment a) {
+  const SampleLookup luma(a.luma);
   ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const auto grey = hn::Set(d16, 0x80);
     hn::Vec<decltype(d16)> even, odd;
-    SplitEvenOddAdjusted(d8, hn::LoadU(d8, y + 16 * g), a.luma, even, odd);
+    SplitEvenOddAdjusted(d8, hn::LoadU(d8, y + 16 * g), luma, even, odd);
     StoreYuy2(d16, even, grey, odd, grey, dst + 32 * g);
   });
 }
