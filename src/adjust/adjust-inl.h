@@ -7,6 +7,8 @@
 #define YUVBLIT_ADJUST_INL_H_
 #endif
 
+#include <cstring>
+
 #include "adjust/adjustment.h"
 #include "hwy/highway.h"
 
@@ -35,6 +37,20 @@ HWY_INLINE hn::Vec<hn::Repartition<uint8_t, D16>> JoinEvenOdd(D16 /*d16*/,
                                                              hn::Vec<D16> odd) {
   const hn::Repartition<uint8_t, D16> d8;
   return hn::BitCast(d8, hn::Or(even, hn::ShiftLeft<8>(odd)));
+}
+
+// Interleaves two vectors of 16-bit words into memory at any byte address.
+template <class DU16>
+HWY_INLINE void StoreInterleavedWords(DU16 du16, hn::Vec<DU16> even, hn::Vec<DU16> odd,
+                                      uint8_t* dst) {
+#if HWY_TARGET == HWY_EMU128 || HWY_TARGET == HWY_SCALAR
+  // The emulation stores through uint16_t pointers, which must be aligned.
+  HWY_ALIGN uint16_t words[2 * hn::MaxLanes(du16)];
+  hn::StoreInterleaved2(even, odd, du16, words);
+  std::memcpy(dst, words, 2 * hn::Lanes(du16) * sizeof(uint16_t));
+#else
+  hn::StoreInterleaved2(even, odd, du16, reinterpret_cast<uint16_t*>(dst));
+#endif
 }
 
 // Unsigned saturation of a signed 16-bit value to 0..255, kept in 16 bits.

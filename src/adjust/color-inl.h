@@ -20,86 +20,61 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-template <class D16>
-struct ChromaTermsV {
-  hn::Vec<D16> gU, bU, gV, rV;
-};
-
-// R, G, B of one pixel per lane, already clamped to 0..255.
-template <class D16>
-struct RgbV {
-  hn::Vec<D16> r, g, b;
-};
-
-// u, v: samples 0..255 in int16 lanes.
-template <class D16>
-HWY_INLINE ChromaTermsV<D16> ChromaTerms(D16 d16, hn::Vec<D16> u, hn::Vec<D16> v) {
+// The chroma terms of pixel pairs (u, v: samples 0..255 in int16 lanes):
+// G loses gU and gV, B gains bU, R gains rV. Terms and colours travel as
+// separate vectors because scalable vectors cannot be struct members.
+template <class D16, class V = hn::Vec<D16>>
+HWY_INLINE void ChromaTerms(D16 d16, V u, V v, V& gU, V& bU, V& gV, V& rV) {
   using namespace yuv_constants;
   u = hn::Sub(u, hn::Set(d16, kChromaZero));
   v = hn::Sub(v, hn::Set(d16, kChromaZero));
-  return ChromaTermsV<D16>{hn::MulHigh(u, hn::Set(d16, kGFromU)),
-                           hn::MulHigh(hn::ShiftLeft<3>(u), hn::Set(d16, kBFromU)),
-                           hn::MulHigh(hn::ShiftLeft<1>(v), hn::Set(d16, kGFromV)),
-                           hn::MulHigh(hn::ShiftLeft<2>(v), hn::Set(d16, kRFromV))};
+  gU = hn::MulHigh(u, hn::Set(d16, kGFromU));
+  bU = hn::MulHigh(hn::ShiftLeft<3>(u), hn::Set(d16, kBFromU));
+  gV = hn::MulHigh(hn::ShiftLeft<1>(v), hn::Set(d16, kGFromV));
+  rV = hn::MulHigh(hn::ShiftLeft<2>(v), hn::Set(d16, kRFromV));
 }
 
-// y: luma 0..255 in int16 lanes.
-template <class D16>
-HWY_INLINE RgbV<D16> YuvToRgb(D16 d16, hn::Vec<D16> y, const ChromaTermsV<D16>& t) {
+// R, G, B of luma y (0..255 in int16 lanes) with its pair's chroma terms,
+// clamped to 0..255.
+template <class D16, class V = hn::Vec<D16>>
+HWY_INLINE void YuvToRgb(D16 d16, V y, V gU, V bU, V gV, V rV, V& r, V& g, V& b) {
   using namespace yuv_constants;
   y = hn::MulHigh(hn::ShiftLeft<2>(hn::Sub(y, hn::Set(d16, kLumaBlack))),
                   hn::Set(d16, kYScale));
-  return RgbV<D16>{ClampToByte(d16, hn::SaturatedAdd(y, t.rV)),
-                   ClampToByte(d16, hn::SaturatedSub(hn::SaturatedSub(y, t.gU), t.gV)),
-                   ClampToByte(d16, hn::SaturatedAdd(y, t.bU))};
+  r = ClampToByte(d16, hn::SaturatedAdd(y, rV));
+  g = ClampToByte(d16, hn::SaturatedSub(hn::SaturatedSub(y, gU), gV));
+  b = ClampToByte(d16, hn::SaturatedAdd(y, bU));
 }
 
-// RGB32: B, G, R, 0 per pixel; 4 bytes per pixel.
-template <class D16>
-HWY_INLINE void StoreRgb32(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
-                           uint8_t* dst) {
-  const hn::Repartition<uint8_t, D16> d8;
-  hn::StoreInterleaved4(JoinEvenOdd(d16, even.b, odd.b), JoinEvenOdd(d16, even.g, odd.g),
-                        JoinEvenOdd(d16, even.r, odd.r), hn::Zero(d8), d8, dst);
-}
-
-// RGB24: B, G, R per pixel, back to back.
-template <class D16>
-HWY_INLINE void StoreRgb24(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
-                           uint8_t* dst) {
-  const hn::Repartition<uint8_t, D16> d8;
-  hn::StoreInterleaved3(JoinEvenOdd(d16, even.b, odd.b), JoinEvenOdd(d16, even.g, odd.g),
-                        JoinEvenOdd(d16, even.r, odd.r), d8, dst);
-}
-
-template <class D16>
-HWY_INLINE hn::Vec<D16> PackRgb16Word(D16 d16, const RgbV<D16>& c, const Rgb16Layout& l) {
-  const auto r = hn::ShiftLeft<8>(hn::And(c.r, hn::Set(d16, l.maskR)));
-  const auto g = hn::ShiftLeftSame(hn::And(c.g, hn::Set(d16, l.maskG)), l.shiftG);
-  const auto b = hn::ShiftRightSame(hn::And(c.b, hn::Set(d16, l.maskB)), l.shiftB);
+template <class D16, class V = hn::Vec<D16>>
+HWY_INLINE V PackRgb16Word(D16 d16, V r, V g, V b, const Rgb16Layout& l) {
+  r = hn::ShiftLeft<8>(hn::And(r, hn::Set(d16, l.maskR)));
+  g = hn::ShiftLeftSame(hn::And(g, hn::Set(d16, l.maskG)), l.shiftG);
+  b = hn::ShiftRightSame(hn::And(b, hn::Set(d16, l.maskB)), l.shiftB);
   return hn::Or(hn::Or(r, g), b);
 }
 
-// RGB16: one little-endian word per pixel in the given layout.
-template <class D16>
-HWY_INLINE void StoreRgb16(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
-                           const Rgb16Layout& layout, uint8_t* dst) {
-  const hn::RebindToUnsigned<D16> du;
-  hn::StoreInterleaved2(hn::BitCast(du, PackRgb16Word(d16, even, layout)),
-                        hn::BitCast(du, PackRgb16Word(d16, odd, layout)), du,
-                        reinterpret_cast<uint16_t*>(dst));
-}
-
-// Stores a run of converted pixels in the packing P.
-template <RgbPacking P, class D16>
-HWY_INLINE void StoreRgb(D16 d16, const RgbV<D16>& even, const RgbV<D16>& odd,
+// Converts the even and the odd pixels of pairs sharing the chroma terms
+// and stores them in pixel order in the packing P: RGB32 B, G, R, 0 per
+// pixel; RGB24 B, G, R back to back; RGB16 one little-endian word per pixel
+// in the given layout.
+template <RgbPacking P, class D16, class V = hn::Vec<D16>>
+HWY_INLINE void StoreRgb(D16 d16, V evenY, V oddY, V gU, V bU, V gV, V rV,
                          const Rgb16Layout& layout, uint8_t* dst) {
+  V evenR, evenG, evenB, oddR, oddG, oddB;
+  YuvToRgb(d16, evenY, gU, bU, gV, rV, evenR, evenG, evenB);
+  YuvToRgb(d16, oddY, gU, bU, gV, rV, oddR, oddG, oddB);
+  const hn::Repartition<uint8_t, D16> d8;
   if constexpr (P == RgbPacking::kRgb32) {
-    StoreRgb32(d16, even, odd, dst);
+    hn::StoreInterleaved4(JoinEvenOdd(d16, evenB, oddB), JoinEvenOdd(d16, evenG, oddG),
+                          JoinEvenOdd(d16, evenR, oddR), hn::Zero(d8), d8, dst);
   } else if constexpr (P == RgbPacking::kRgb24) {
-    StoreRgb24(d16, even, odd, dst);
+    hn::StoreInterleaved3(JoinEvenOdd(d16, evenB, oddB), JoinEvenOdd(d16, evenG, oddG),
+                          JoinEvenOdd(d16, evenR, oddR), d8, dst);
   } else {
-    StoreRgb16(d16, even, odd, layout, dst);
+    const hn::RebindToUnsigned<D16> du;
+    StoreInterleavedWords(du, hn::BitCast(du, PackRgb16Word(d16, evenR, evenG, evenB, layout)),
+                          hn::BitCast(du, PackRgb16Word(d16, oddR, oddG, oddB, layout)), dst);
   }
 }
 

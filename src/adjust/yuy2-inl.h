@@ -35,9 +35,8 @@ template <class D16>
 HWY_INLINE void StoreYuy2(D16 /*d16*/, hn::Vec<D16> evenY, hn::Vec<D16> u,
                           hn::Vec<D16> oddY, hn::Vec<D16> v, uint8_t* dst) {
   const hn::RebindToUnsigned<D16> du16;
-  hn::StoreInterleaved2(hn::BitCast(du16, hn::Or(evenY, hn::ShiftLeft<8>(u))),
-                        hn::BitCast(du16, hn::Or(oddY, hn::ShiftLeft<8>(v))), du16,
-                        reinterpret_cast<uint16_t*>(dst));
+  StoreInterleavedWords(du16, hn::BitCast(du16, hn::Or(evenY, hn::ShiftLeft<8>(u))),
+                        hn::BitCast(du16, hn::Or(oddY, hn::ShiftLeft<8>(v))), dst);
 }
 
 #if HWY_TARGET == HWY_AVX3_DL

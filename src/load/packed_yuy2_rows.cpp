@@ -77,7 +77,8 @@ void PackedPairToRgb24Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, ui
       u = AdjustWide(d16, u, a.u);
       v = AdjustWide(d16, v, a.v);
     }
-    const auto terms = ChromaTerms(d16, u, v);
+    hn::Vec<decltype(d16)> gU, bU, gV, rV;
+    ChromaTerms(d16, u, v, gU, bU, gV, rV);
     for (int row = 0; row < 2; ++row) {
       if (row) hn::LoadInterleaved2(d8, s1 + 32 * g, luma, chroma);  // chroma unused
       SplitEvenOdd(d8, luma, even, odd);
@@ -85,8 +86,8 @@ void PackedPairToRgb24Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, ui
         even = AdjustWide(d16, even, a.luma);
         odd = AdjustWide(d16, odd, a.luma);
       }
-      StoreRgb24(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms),
-                 (row ? d1 : d0) + 48 * g);
+      StoreRgb<RgbPacking::kRgb24>(d16, even, odd, gU, bU, gV, rV, Rgb16Layout{},
+                                   (row ? d1 : d0) + 48 * g);
     }
   });
 }
@@ -134,8 +135,10 @@ HWY_INLINE hn::Vec<D16> PixelLuma(D8 /*d8*/, hn::Vec<D8> src, const Adjustment& 
   return kAdjust ? AdjustWide(d16, y, a.luma) : y;
 }
 
-template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>>
-HWY_INLINE ChromaTermsV<D16> PixelChromaTerms(D8 d8, hn::Vec<D8> src, const Adjustment& a) {
+template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>,
+          class V = hn::Vec<D16>>
+HWY_INLINE void PixelChromaTerms(D8 d8, hn::Vec<D8> src, const Adjustment& a, V& gU, V& bU,
+                                 V& gV, V& rV) {
   const D16 d16;
   auto u = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairU)));
   auto v = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairV)));
@@ -143,25 +146,26 @@ HWY_INLINE ChromaTermsV<D16> PixelChromaTerms(D8 d8, hn::Vec<D8> src, const Adju
     u = AdjustWide(d16, u, a.u);
     v = AdjustWide(d16, v, a.v);
   }
-  return ChromaTerms(d16, u, v);
+  ChromaTerms(d16, u, v, gU, bU, gV, rV);
 }
 
 // RGB32: B | G << 8 and R | 0 << 8 interleaved as 16-bit lanes give B, G, R,
 // 0 per pixel (pixels in ForBlockInterleave order). RGB16: the shared
 // layout word per lane.
-template <RgbPacking P, class D16>
-HWY_INLINE void StorePixels(D16 d16, const RgbV<D16>& c, const Rgb16Layout& layout,
+template <RgbPacking P, class D16, class V = hn::Vec<D16>>
+HWY_INLINE void StorePixels(D16 d16, V y, V gU, V bU, V gV, V rV, const Rgb16Layout& layout,
                             uint8_t* dst) {
   const hn::RebindToUnsigned<D16> du16;
   const hn::Repartition<uint8_t, D16> d8;
+  V r, g, b;
+  YuvToRgb(d16, y, gU, bU, gV, rV, r, g, b);
   if constexpr (P == RgbPacking::kRgb32) {
-    const auto bg = hn::BitCast(du16, hn::Or(c.b, hn::ShiftLeft<8>(c.g)));
-    const auto r0 = hn::BitCast(du16, c.r);
+    const auto bg = hn::BitCast(du16, hn::Or(b, hn::ShiftLeft<8>(g)));
+    const auto r0 = hn::BitCast(du16, r);
     hn::StoreU(hn::BitCast(d8, hn::InterleaveLower(du16, bg, r0)), d8, dst);
     hn::StoreU(hn::BitCast(d8, hn::InterleaveUpper(du16, bg, r0)), d8, dst + hn::Lanes(d8));
   } else {
-    hn::StoreU(hn::BitCast(du16, PackRgb16Word(d16, c, layout)), du16,
-               reinterpret_cast<uint16_t*>(dst));
+    hn::StoreU(hn::BitCast(d8, PackRgb16Word(d16, r, g, b, layout)), d8, dst);
   }
 }
 
@@ -176,21 +180,20 @@ void PackedPixelsToRgbImpl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, ui
     const size_t n = hn::Lanes(d8);
     const auto first0 = LoadPixels<P>(d8, s0 + 32 * g);
     const auto first1 = LoadPixels<P>(d8, s0 + 32 * g + n);
-    const auto terms0 = PixelChromaTerms<kAdjust>(d8, first0, a);
-    const auto terms1 = PixelChromaTerms<kAdjust>(d8, first1, a);
+    hn::Vec<decltype(d16)> gU0, bU0, gV0, rV0, gU1, bU1, gV1, rV1;
+    PixelChromaTerms<kAdjust>(d8, first0, a, gU0, bU0, gV0, rV0);
+    PixelChromaTerms<kAdjust>(d8, first1, a, gU1, bU1, gV1, rV1);
     uint8_t* out0 = d0 + kBpp * 16 * g;
     uint8_t* out1 = d1 + kBpp * 16 * g;
     const size_t half = kBpp * n / 2;  // destination bytes per source vector
-    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, first0, a), terms0),
-                   layout, out0);
-    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, first1, a), terms1),
-                   layout, out0 + half);
+    StorePixels<P>(d16, PixelLuma<kAdjust>(d8, first0, a), gU0, bU0, gV0, rV0, layout, out0);
+    StorePixels<P>(d16, PixelLuma<kAdjust>(d8, first1, a), gU1, bU1, gV1, rV1, layout,
+                   out0 + half);
     const auto second0 = LoadPixels<P>(d8, s1 + 32 * g);
     const auto second1 = LoadPixels<P>(d8, s1 + 32 * g + n);
-    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, second0, a), terms0),
-                   layout, out1);
-    StorePixels<P>(d16, YuvToRgb(d16, PixelLuma<kAdjust>(d8, second1, a), terms1),
-                   layout, out1 + half);
+    StorePixels<P>(d16, PixelLuma<kAdjust>(d8, second0, a), gU0, bU0, gV0, rV0, layout, out1);
+    StorePixels<P>(d16, PixelLuma<kAdjust>(d8, second1, a), gU1, bU1, gV1, rV1, layout,
+                   out1 + half);
   });
 }
 

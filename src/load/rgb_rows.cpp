@@ -16,18 +16,16 @@ namespace hn = hwy::HWY_NAMESPACE;
 
 // Converts bytes of luma (pixel order) with the chroma terms of their pixel
 // pairs and stores them.
-template <RgbPacking P, bool kAdjust, class D8, class D16>
-HWY_INLINE void ConvertLuma(D8 d8, D16 d16, hn::Vec<D8> luma,
-                            const ChromaTermsV<D16>& terms, const RgbFormat& format,
-                            const AdjustmentLookup& a, uint8_t* dst) {
-  hn::Vec<D16> even, odd;
+template <RgbPacking P, bool kAdjust, class D8, class D16, class V = hn::Vec<D16>>
+HWY_INLINE void ConvertLuma(D8 d8, D16 d16, hn::Vec<D8> luma, V gU, V bU, V gV, V rV,
+                            const RgbFormat& format, const AdjustmentLookup& a, uint8_t* dst) {
+  V even, odd;
   if (kAdjust) {
     SplitEvenOddAdjusted(d8, luma, a.luma, even, odd);
   } else {
     SplitEvenOdd(d8, luma, even, odd);
   }
-  StoreRgb<P>(d16, YuvToRgb(d16, even, terms), YuvToRgb(d16, odd, terms), format.layout,
-              dst);
+  StoreRgb<P>(d16, even, odd, gU, bU, gV, rV, format.layout, dst);
 }
 
 template <RgbPacking P, bool kAdjust>
@@ -41,13 +39,17 @@ void PairToRgb(const uint8_t* y0, const uint8_t* y1, const uint8_t* u, const uin
     const hn::Rebind<uint8_t, decltype(d16)> dc;
     const auto cu = hn::LoadU(dc, u + 8 * g);
     const auto cv = hn::LoadU(dc, v + 8 * g);
-    const auto terms =
-        kAdjust ? ChromaTerms(d16, PromoteAdjusted(d16, cu, lookup.u), PromoteAdjusted(d16, cv, lookup.v))
-                : ChromaTerms(d16, hn::PromoteTo(d16, cu), hn::PromoteTo(d16, cv));
-    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), terms, format, lookup,
-                            d0 + kBpp * 16 * g);
-    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), terms, format, lookup,
-                            d1 + kBpp * 16 * g);
+    hn::Vec<decltype(d16)> gU, bU, gV, rV;
+    if (kAdjust) {
+      ChromaTerms(d16, PromoteAdjusted(d16, cu, lookup.u), PromoteAdjusted(d16, cv, lookup.v),
+                  gU, bU, gV, rV);
+    } else {
+      ChromaTerms(d16, hn::PromoteTo(d16, cu), hn::PromoteTo(d16, cv), gU, bU, gV, rV);
+    }
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y0 + 16 * g), gU, bU, gV, rV, format,
+                            lookup, d0 + kBpp * 16 * g);
+    ConvertLuma<P, kAdjust>(d8, d16, hn::LoadU(d8, y1 + 16 * g), gU, bU, gV, rV, format,
+                            lookup, d1 + kBpp * 16 * g);
   });
 }
 

@@ -128,9 +128,9 @@ void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
         })) {
       MixSamples<kInterpolate>(d8, row, g, alpha, a, evenY, oddY, u, v);
     }
-    const auto terms = ChromaTerms(d16, u, v);
-    StoreRgb<P>(d16, YuvToRgb(d16, evenY, terms), YuvToRgb(d16, oddY, terms),
-                format.layout, row.dst + kBpp * 16 * g);
+    hn::Vec<decltype(d16)> gU, bU, gV, rV;
+    ChromaTerms(d16, u, v, gU, bU, gV, rV);
+    StoreRgb<P>(d16, evenY, oddY, gU, bU, gV, rV, format.layout, row.dst + kBpp * 16 * g);
   });
 }
 

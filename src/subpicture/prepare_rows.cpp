@@ -16,10 +16,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 using GroupTag = hn::FixedTag<int16_t, 8>;
 using PairTag = hn::FixedTag<int32_t, 4>;  // the same lanes seen as pixel pairs
 
-struct GroupPixels {
-  hn::Vec<GroupTag> b, g, r, x;
-};
-
 // The bytes of a group of 8 pixels that all hold the key, as they lie in
 // memory (RGB32 the whole word, RGB24 its low three bytes, RGB16 its low
 // two), compared with the group's bytes before anything is unpacked:
@@ -50,19 +46,18 @@ struct KeyGroup {
 };
 
 // Loads a group of 8 pixels as B, G, R and fourth-byte lanes.
-template <RgbPacking P>
-HWY_INLINE GroupPixels LoadGroup(const uint8_t* px) {
+template <RgbPacking P, class V = hn::Vec<GroupTag>>
+HWY_INLINE void LoadGroup(const uint8_t* px, V& b16, V& g16, V& r16, V& x16) {
   const GroupTag d16;
   const hn::FixedTag<uint8_t, 8> d8;
   if constexpr (P == RgbPacking::kRgb16) {
     const hn::FixedTag<uint16_t, 8> du16;
     const auto p = hn::LoadU(du16, reinterpret_cast<const uint16_t*>(px));
     // 5-6-5 fields widened with zero low bits.
-    return GroupPixels{
-        hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F)))),
-        hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0)))),
-        hn::BitCast(d16, hn::ShiftRight<8>(hn::And(p, hn::Set(du16, 0xF800)))),
-        hn::Zero(d16)};
+    b16 = hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F))));
+    g16 = hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0))));
+    r16 = hn::BitCast(d16, hn::ShiftRight<8>(hn::And(p, hn::Set(du16, 0xF800))));
+    x16 = hn::Zero(d16);
   } else {
     hn::Vec<decltype(d8)> b, g, r, x;
     if constexpr (P == RgbPacking::kRgb32) {
@@ -71,8 +66,10 @@ HWY_INLINE GroupPixels LoadGroup(const uint8_t* px) {
       hn::LoadInterleaved3(d8, px, b, g, r);
       x = hn::Zero(d8);
     }
-    return GroupPixels{hn::PromoteTo(d16, b), hn::PromoteTo(d16, g), hn::PromoteTo(d16, r),
-                       hn::PromoteTo(d16, x)};
+    b16 = hn::PromoteTo(d16, b);
+    g16 = hn::PromoteTo(d16, g);
+    r16 = hn::PromoteTo(d16, r);
+    x16 = hn::PromoteTo(d16, x);
   }
 }
 
@@ -86,7 +83,8 @@ HWY_INLINE hn::Vec<PairTag> Weigh(hn::Vec<PairTag> b, hn::Vec<PairTag> g, hn::Ve
 }
 
 // Converts one group: 8 Y bytes, then U and V of the even pixels.
-HWY_INLINE void StoreGroupYuv(const GroupPixels& p, uint8_t* y, uint8_t* u, uint8_t* v) {
+template <class V = hn::Vec<GroupTag>>
+HWY_INLINE void StoreGroupYuv(V b, V g, V r, V x, uint8_t* y, uint8_t* u, uint8_t* v) {
   const PairTag d32;
   const GroupTag d16;
   auto even = [&](hn::Vec<GroupTag> c) {
@@ -94,17 +92,15 @@ HWY_INLINE void StoreGroupYuv(const GroupPixels& p, uint8_t* y, uint8_t* u, uint
   };
   auto odd = [&](hn::Vec<GroupTag> c) { return hn::ShiftRight<16>(hn::BitCast(d32, c)); };
   const auto lumaBias = hn::Set(d32, 16), chromaBias = hn::Set(d32, 128);
-  const auto evenY = Weigh(even(p.b), even(p.g), even(p.r), hn::Or(even(p.x), lumaBias), 100,
-                           516, 263);
-  const auto oddY = Weigh(odd(p.b), odd(p.g), odd(p.r), hn::Or(odd(p.x), lumaBias), 100, 516,
-                          263);
+  const auto evenY = Weigh(even(b), even(g), even(r), hn::Or(even(x), lumaBias), 100, 516, 263);
+  const auto oddY = Weigh(odd(b), odd(g), odd(r), hn::Or(odd(x), lumaBias), 100, 516, 263);
   const auto luma = hn::BitCast(d16, hn::Or(evenY, hn::ShiftLeft<16>(oddY)));
   hn::StoreU(hn::DemoteTo(hn::FixedTag<uint8_t, 8>(), luma), hn::FixedTag<uint8_t, 8>(), y);
-  const auto x = hn::Or(even(p.x), chromaBias);
+  const auto chromaX = hn::Or(even(x), chromaBias);
   const hn::FixedTag<uint8_t, 4> d4;
-  hn::StoreU(hn::DemoteTo(d4, Weigh(even(p.b), even(p.g), even(p.r), x, 449, -297, -151)), d4,
+  hn::StoreU(hn::DemoteTo(d4, Weigh(even(b), even(g), even(r), chromaX, 449, -297, -151)), d4,
              u);
-  hn::StoreU(hn::DemoteTo(d4, Weigh(even(p.b), even(p.g), even(p.r), x, -72, -376, 449)), d4,
+  hn::StoreU(hn::DemoteTo(d4, Weigh(even(b), even(g), even(r), chromaX, -72, -376, 449)), d4,
              v);
 }
 
@@ -115,7 +111,10 @@ void BitmapRowToYuvP(const uint8_t* bitmap, size_t groups, uint32_t key, uint8_t
   const KeyGroup<kBpp> keyGroup(key);
   for (size_t i = 0; i < groups; ++i) {
     const uint8_t* px = bitmap + 8 * kBpp * i;
-    if (!keyGroup.matches(px)) StoreGroupYuv(LoadGroup<P>(px), y + 8 * i, u + 4 * i, v + 4 * i);
+    if (keyGroup.matches(px)) continue;
+    hn::Vec<GroupTag> b, g, r, x;
+    LoadGroup<P>(px, b, g, r, x);
+    StoreGroupYuv(b, g, r, x, y + 8 * i, u + 4 * i, v + 4 * i);
   }
 }
 
