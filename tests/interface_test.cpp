@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "harness/targets.h"
+#include "hwy/highway.h"
+#include "hwy/targets.h"
 #include "yuvblit.h"
 
 extern "C" int yuvblit_header_compiles_as_c(void);
@@ -34,15 +36,18 @@ TEST(Interface, RecordsKeepFieldOrderWithNativePointers) {
 }
 
 // The kernel tests run on every target this machine supports; that must
-// include the portable fallback and, on x86-64 build machines, SIMD targets.
+// include the portable fallback the build has for CPUs without any SIMD
+// extension it targets (the 128-bit emulation on x86, NEON on 64-bit Arm)
+// and, on x86, SIMD targets.
 TEST(Interface, KernelTestsCoverTheFallbackAndSimdTargets) {
   std::vector<std::string> names;
   yuvblit_test::for_each_target([&](const std::string& t) { names.push_back(t); });
   std::string all;
   for (const auto& n : names) all += n + " ";
   std::cout << "targets checked: " << all << "\n";
-  EXPECT_NE(all.find("EMU128"), std::string::npos) << all;
-#if defined(__x86_64__)
+  EXPECT_NE(all.find(hwy::TargetName(HWY_STATIC_TARGET)), std::string::npos) << all;
+#if HWY_ARCH_X86
+  EXPECT_EQ(HWY_STATIC_TARGET, HWY_EMU128);
   EXPECT_NE(all.find("SSSE3"), std::string::npos) << all;
 #endif
 }

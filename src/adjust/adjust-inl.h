@@ -53,6 +53,18 @@ HWY_INLINE void StoreInterleavedWords(DU16 du16, hn::Vec<DU16> even, hn::Vec<DU1
 #endif
 }
 
+// Rounded average (a + b + 1) >> 1 of unsigned lanes, as (a | b) -
+// ((a ^ b) >> 1), which cannot overflow: Highway's SVE (not SVE2) form adds
+// in the lane width and wraps.
+template <class V>
+HWY_INLINE V RoundedAverage(V a, V b) {
+#if HWY_TARGET == HWY_SVE || HWY_TARGET == HWY_SVE_256
+  return hn::Sub(hn::Or(a, b), hn::ShiftRight<1>(hn::Xor(a, b)));
+#else
+  return hn::AverageRound(a, b);
+#endif
+}
+
 // Unsigned saturation of a signed 16-bit value to 0..255, kept in 16 bits.
 template <class D16>
 HWY_INLINE hn::Vec<D16> ClampToByte(D16 d16, hn::Vec<D16> v) {

@@ -36,7 +36,10 @@ void PlanarPairToYuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
     for (size_t i = 0; i < 2; ++i) {
       const auto index = hn::BitCast(
           di, hn::And(hn::Iota(d8, static_cast<uint8_t>(i * n)), hn::Set(d8, uint8_t{31})));
-      const auto written = hn::RebindMask(d8, hn::Gt(index, hn::Set(di, int8_t{7})));
+      // Limited to the tag's lanes: on scalable vectors a comparison also
+      // sets lanes beyond a capped tag, and the store would write them.
+      const auto written = hn::And(hn::RebindMask(d8, hn::Gt(index, hn::Set(di, int8_t{7}))),
+                                   hn::FirstN(d8, n));
       hn::BlendedStore(hn::Load(d8, packed + i * n), written, d8, d1 + 32 * g + i * n);
     }
   });

@@ -21,7 +21,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <bool kInterpolate, class D>
 HWY_INLINE hn::Vec<D> LoadPicture(D d, const uint8_t* const rows[2], size_t offset) {
   const auto first = hn::LoadU(d, rows[0] + offset);
-  return kInterpolate ? hn::AverageRound(first, hn::LoadU(d, rows[1] + offset)) : first;
+  return kInterpolate ? RoundedAverage(first, hn::LoadU(d, rows[1] + offset)) : first;
 }
 
 // What a vector's alpha bytes let through: the picture alone (all 0), the

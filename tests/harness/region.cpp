@@ -65,6 +65,9 @@ std::vector<uint8_t> Region::snapshot() const {
 }
 
 void Region::restore(const std::vector<uint8_t>& bytes) {
+  // An empty region has no storage: nothing to copy, and memcpy must not
+  // see its null pointers.
+  if (bytes.empty() || length_ == 0) return;
   std::memcpy(start_, bytes.data(), std::min(bytes.size(), length_));
 }
 
