@@ -20,7 +20,7 @@ CROSS_DPKG_ARCH_aarch64 := arm64
 # The library and its tests only: the tool and the benchmarks are built and
 # tested on the build machine.
 CROSS_OPTIONS := -DYUVBLIT_BENCH=OFF -DYUVBLIT_TOOL=OFF
-SANITIZE_FLAGS := -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+SANITIZE_FLAGS := -O1 -g -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
 
 .PHONY: all deps deps-i686 deps-aarch64 configure build demo test bench clean test-i686 test-aarch64 test-sanitize
 
@@ -77,7 +77,7 @@ test-i686 test-aarch64: test-%: deps-%
 	cd build-$* && ctest --output-on-failure -j $(JOBS)
 
 test-sanitize: deps
-	cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	cmake -S . -B build-sanitize -G Ninja -DCMAKE_BUILD_TYPE=Debug \
 	  -DCMAKE_C_FLAGS="$(SANITIZE_FLAGS)" -DCMAKE_CXX_FLAGS="$(SANITIZE_FLAGS)" \
 	  -DCMAKE_EXE_LINKER_FLAGS="$(SANITIZE_FLAGS)" -DCMAKE_SHARED_LINKER_FLAGS="$(SANITIZE_FLAGS)" \
 	  -DYUVBLIT_BENCH=OFF

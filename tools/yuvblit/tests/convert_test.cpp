@@ -178,15 +178,7 @@ std::string red_overlay_png(const ScratchDir& dir, int w, int h) {
       rgba[(static_cast<size_t>(y) * w + x) * 4] = 255;
       rgba[(static_cast<size_t>(y) * w + x) * 4 + 3] = 255;
     }
-  png_image png;
-  std::memset(&png, 0, sizeof png);
-  png.version = PNG_IMAGE_VERSION;
-  png.width = w;
-  png.height = h;
-  png.format = PNG_FORMAT_RGBA;
-  const std::string path = dir.file("overlay.png");
-  EXPECT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, rgba.data(), 0, nullptr));
-  return path;
+  return write_png_file(dir, "overlay.png", w, h, PNG_FORMAT_RGBA, rgba);
 }
 
 TEST(Convert, SubpictureIsMixedIntoEveryFrameAtTheTopLeft) {

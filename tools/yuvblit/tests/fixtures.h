@@ -1,13 +1,18 @@
-// Helpers shared by the tool's tests: YUV4MPEG2 text and scratch folders.
+// Helpers shared by the tool's tests: YUV4MPEG2 text, scratch folders and
+// PNG files to read.
 #pragma once
 
+#include <png.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "picture.h"
 
@@ -73,5 +78,24 @@ class ScratchDir {
  private:
   std::filesystem::path path_;
 };
+
+// Writes `bytes` (rows packed) as a PNG of the simplified API's `format`;
+// a colormap format takes `bytes` as indices into `colormap`.
+inline std::string write_png_file(const ScratchDir& dir, const std::string& name, int w, int h,
+                           png_uint_32 format, const std::vector<uint8_t>& bytes,
+                           const std::vector<uint8_t>& colormap = {}) {
+  png_image png;
+  std::memset(&png, 0, sizeof png);
+  png.version = PNG_IMAGE_VERSION;
+  png.width = w;
+  png.height = h;
+  png.format = format;
+  png.colormap_entries = static_cast<png_uint_32>(colormap.size() / 4);
+  const std::string path = dir.file(name);
+  EXPECT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, bytes.data(), 0,
+                                      colormap.empty() ? nullptr : colormap.data()))
+      << png.message;
+  return path;
+}
 
 }  // namespace ybtool::testing

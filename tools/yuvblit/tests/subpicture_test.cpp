@@ -21,25 +21,6 @@ namespace {
 
 using namespace testing;
 
-// Writes `bytes` (rows packed) as a PNG of the simplified API's `format`;
-// a colormap format takes `bytes` as indices into `colormap`.
-std::string write_png_file(const ScratchDir& dir, const std::string& name, int w, int h,
-                           png_uint_32 format, const std::vector<uint8_t>& bytes,
-                           const std::vector<uint8_t>& colormap = {}) {
-  png_image png;
-  std::memset(&png, 0, sizeof png);
-  png.version = PNG_IMAGE_VERSION;
-  png.width = w;
-  png.height = h;
-  png.format = format;
-  png.colormap_entries = static_cast<png_uint_32>(colormap.size() / 4);
-  const std::string path = dir.file(name);
-  EXPECT_TRUE(png_image_write_to_file(&png, path.c_str(), 0, bytes.data(), 0,
-                                      colormap.empty() ? nullptr : colormap.data()))
-      << png.message;
-  return path;
-}
-
 // An overlay of w x h pixels all of one RGBA value.
 RgbaImage solid(int w, int h, std::initializer_list<uint8_t> rgba) {
   RgbaImage img;
