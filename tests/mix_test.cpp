@@ -10,6 +10,7 @@
 #include "adjust/color.h"
 #include "harness/mix.h"
 #include "model/mix_model.h"
+#include "model/yv12_mix_model.h"
 #include "test_util.h"
 
 namespace yuvblit_test {
@@ -25,6 +26,9 @@ struct MixKernelCase {
   MixModel model;
   int32_t dstBytesPerPixel;  // per source pixel, for sizing pitches
   bool interlaced;
+  // Halves its pitches as unsigned values: a bottom-up pitch would put the
+  // chroma rows 2 GiB away.
+  bool topDownOnly = false;
 };
 
 void PrintTo(const MixKernelCase& k, std::ostream* os) { *os << k.name; }
@@ -37,12 +41,16 @@ const MixKernelCase kKernels[] = {
     {"mix_ayuy2_rgb32_p_ajust", mix_ayuy2_rgb32_p_ajust, model_mix_ayuy2_rgb32_p_ajust, 4, false},
     {"mix_ayuy2_rgb24_p_ajust", mix_ayuy2_rgb24_p_ajust, model_mix_ayuy2_rgb24_p_ajust, 3, false},
     {"mix_ayuy2_rgb16_p_ajust", mix_ayuy2_rgb16_p_ajust, model_mix_ayuy2_rgb16_p_ajust, 2, false},
+    {"mix_ayv12_yv12_p", mix_ayv12_yv12_p, model_mix_ayv12_yv12_p, 1, false},
+    {"mix_ayv12_yv12_p_ajust", mix_ayv12_yv12_p_ajust, model_mix_ayv12_yv12_p_ajust, 1, false},
+    {"mix_ayv12_yv12_i", mix_ayv12_yv12_i, model_mix_ayv12_yv12_i, 1, true, true},
 };
 
 // Widths of whole groups and not (0 included); heights around the row pair
 // and, for the interlaced kernel, around its groups of four; pitches looser
 // (often odd), tighter than a row (rows overlap) and bottom-up.
-MixCall random_mix_call(std::mt19937& rng, int32_t dstBytesPerPixel, bool interlaced) {
+MixCall random_mix_call(std::mt19937& rng, int32_t dstBytesPerPixel, bool interlaced,
+                        bool topDownOnly) {
   auto pick = [&](int lo, int hi) { return std::uniform_int_distribution<int>(lo, hi)(rng); };
   MixCall c;
   switch (pick(0, 3)) {
@@ -56,7 +64,7 @@ MixCall random_mix_call(std::mt19937& rng, int32_t dstBytesPerPixel, bool interl
   auto pitch = [&](int32_t rowBytes) {
     switch (pick(0, 5)) {
       case 0: return rowBytes + pick(-rowBytes / 2, 0);
-      case 1: return -(rowBytes + pick(0, 40));
+      case 1: return topDownOnly ? rowBytes : -(rowBytes + pick(0, 40));
       default: return rowBytes + pick(0, 41);
     }
   };
@@ -94,7 +102,7 @@ TEST_P(Mix, MatchesModelOnRandomPicturesAndGeometries) {
   const MixKernelCase& k = GetParam();
   std::mt19937 rng(4451);
   for (int i = 0; i < 300; ++i) {
-    const MixCall call = random_mix_call(rng, k.dstBytesPerPixel, k.interlaced);
+    const MixCall call = random_mix_call(rng, k.dstBytesPerPixel, k.interlaced, k.topDownOnly);
     tag_ajust_contrast_info adjust = random_adjustment(rng);
     if (i % 25 == 0) adjust.rgb16Layout = i % 50 ? 4 : 0xFFFFFFFFu;  // RGB16 writes nothing
     get_contrast_data(&adjust);
