@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <utility>
 #include <vector>
@@ -41,6 +42,9 @@ const MixKernelCase kKernels[] = {
     {"mix_ayuy2_rgb32_p_ajust", mix_ayuy2_rgb32_p_ajust, model_mix_ayuy2_rgb32_p_ajust, 4, false},
     {"mix_ayuy2_rgb24_p_ajust", mix_ayuy2_rgb24_p_ajust, model_mix_ayuy2_rgb24_p_ajust, 3, false},
     {"mix_ayuy2_rgb16_p_ajust", mix_ayuy2_rgb16_p_ajust, model_mix_ayuy2_rgb16_p_ajust, 2, false},
+    {"mix_ayuy2_rgb32_i_ajust", mix_ayuy2_rgb32_i_ajust, model_mix_ayuy2_rgb32_i_ajust, 4, true},
+    {"mix_ayuy2_rgb24_i_ajust", mix_ayuy2_rgb24_i_ajust, model_mix_ayuy2_rgb24_i_ajust, 3, true},
+    {"mix_ayuy2_rgb16_i_ajust", mix_ayuy2_rgb16_i_ajust, model_mix_ayuy2_rgb16_i_ajust, 2, true},
     {"mix_ayv12_yv12_p", mix_ayv12_yv12_p, model_mix_ayv12_yv12_p, 1, false},
     {"mix_ayv12_yv12_p_ajust", mix_ayv12_yv12_p_ajust, model_mix_ayv12_yv12_p_ajust, 1, false},
     {"mix_ayv12_yv12_i", mix_ayv12_yv12_i, model_mix_ayv12_yv12_i, 1, true, true},
@@ -428,6 +432,66 @@ TEST(MixRgbValues, Rgb16LayoutAboveThreeLeavesSurfaceAndRecordUntouched) {
         {after.subU, before.subU},         {after.subV, before.subV}};
     for (const auto& field : moved) EXPECT_EQ(field[0], field[1]) << "layout " << layout;
   }
+}
+
+}  // namespace
+}  // namespace yuvblit_test
+
+namespace yuvblit_test {
+namespace {
+
+// B, G, R of pixel x of surface row r of an RGB32 scene.
+Rgb rgb32_at(const Scene& s, int r, int x) {
+  const uint8_t* p = s.row(r) + 4 * x;
+  return Rgb{p[2], p[1], p[0]};
+}
+
+void expect_rgb(const Rgb& got, const Rgb& want, int r) {
+  EXPECT_EQ(got.r, want.r) << "row " << r;
+  EXPECT_EQ(got.g, want.g) << "row " << r;
+  EXPECT_EQ(got.b, want.b) << "row " << r;
+}
+
+TEST(MixRgbIValues, Height8DoublesFieldRowsAndChromaRowsByRoundedAverages) {
+  Scene s;
+  const uint8_t field[4] = {10, 21, 60, 80}, chroma[2] = {90, 110};
+  for (int i = 0; i < Scene::kPitch; ++i) {
+    for (int m = 0; m < 4; ++m) s.pictureY[m * Scene::kPitch + i] = field[m];
+    for (int j = 0; j < 2; ++j) s.pictureU[j * Scene::kPitch / 2 + i / 2] = chroma[j];
+  }
+  s.set_alpha(0, 0);
+  const tagMIX_INFO before = s.record(16, 8);
+  const tagMIX_INFO after = s.run(mix_ayuy2_rgb32_i_ajust, 16, 8);
+  // Field samples 10 and 21 interpolate to 16; the last row repeats field
+  // row 3 and the last block keeps chroma row 1.
+  const uint8_t luma[8] = {10, 16, 21, 41, 60, 70, 80, 80};
+  const uint8_t u[8] = {90, 90, 100, 100, 110, 110, 110, 110};
+  for (int r = 0; r < 8; ++r) expect_rgb(rgb32_at(s, r, 5), yuv_to_rgb(luma[r], chroma_terms(u[r], 200)), r);
+  EXPECT_EQ(s.row(8)[0], 0xEE);
+  EXPECT_EQ(std::memcmp(&before, &after, sizeof before), 0) << "the record is only read";
+}
+
+TEST(MixRgbIValues, ChromaWeightIsTheRoundedMeanOfBothAlphasLimitedAfterwards) {
+  Scene s;
+  // Alphas 16 and 0: weight 8 (U 90/30 -> 60, V 200/60 -> 130); 0 and 20:
+  // weight 10 (U 52, V 112); 0 and 255: weight 16, not 8.
+  const struct { uint8_t even, odd, u, v; } kCases[] = {
+      {16, 0, 60, 130}, {0, 20, 52, 112}, {0, 255, 30, 60}};
+  for (const auto& c : kCases) {
+    s.set_alpha(c.even, c.odd);
+    s.run(mix_ayuy2_rgb32_i_ajust, 16, 4);
+    const uint8_t evenY = c.even ? 60 : 100, oddY = c.odd ? 60 : 100;
+    for (int r = 0; r < 4; ++r) {
+      expect_rgb(rgb32_at(s, r, 0), yuv_to_rgb(evenY, chroma_terms(c.u, c.v)), r);
+      expect_rgb(rgb32_at(s, r, 1), yuv_to_rgb(oddY, chroma_terms(c.u, c.v)), r);
+    }
+  }
+}
+
+TEST(MixRgbIValues, Width20WritesTwoWholeColumnsWithoutDrift) {
+  Scene s;
+  s.run(mix_ayuy2_rgb32_i_ajust, 20, 8);
+  for (int r = 0; r < 8; ++r) EXPECT_EQ(s.written(r), std::make_pair(0, 32 * 4)) << r;
 }
 
 }  // namespace

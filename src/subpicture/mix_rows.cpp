@@ -64,7 +64,8 @@ HWY_INLINE bool ShowUnmixed(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alph
 
 // The mixed and adjusted samples of the groups of one vector in int16
 // lanes: luma of even and odd pixels, and U and V per pixel pair.
-template <bool kInterpolate, class D8, class D16 = hn::Repartition<int16_t, D8>>
+template <bool kInterpolate, bool kPairMean = false, class D8,
+          class D16 = hn::Repartition<int16_t, D8>>
 HWY_INLINE void MixSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alpha,
                            const Adjustment& a, hn::Vec<D16>& evenY, hn::Vec<D16>& oddY,
                            hn::Vec<D16>& u, hn::Vec<D16>& v) {
@@ -74,13 +75,17 @@ HWY_INLINE void MixSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alpha
   SplitEvenOdd(d8, alpha, evenA, oddA);
   SplitEvenOdd(d8, LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g), evenP, oddP);
   SplitEvenOdd(d8, hn::LoadU(d8, row.subY + 16 * g), evenS, oddS);
+  // The pair's chroma weight: the right-hand pixel's alpha, or the rounded
+  // mean of both raw alphas; limited to 16 either way.
+  const auto chromaA = BlendWeight(
+      d16, kPairMean ? hn::ShiftRight<1>(hn::Add(hn::Add(evenA, oddA), hn::Set(d16, 1))) : oddA);
   evenA = BlendWeight(d16, evenA);
-  oddA = BlendWeight(d16, oddA);  // the right-hand pixel's alpha weighs the pair's chroma
+  oddA = BlendWeight(d16, oddA);
   evenY = AdjustWide(d16, Blend(d16, evenP, evenS, evenA), a.luma);
   oddY = AdjustWide(d16, Blend(d16, oddP, oddS, oddA), a.luma);
   auto chroma = [&](const uint8_t* const picture[2], const uint8_t* sub) {
     return Blend(d16, hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g)),
-                 hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), oddA);
+                 hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA);
   };
   u = AdjustWide(d16, chroma(row.pictureU, row.subU), a.u);
   v = AdjustWide(d16, chroma(row.pictureV, row.subV), a.v);
@@ -112,7 +117,7 @@ void MixRowToYuy2(const MixRow& row, size_t groups, const Adjustment a) {
   MixRowToYuy2T<false>(row, groups, a);
 }
 
-template <RgbPacking P, bool kInterpolate>
+template <RgbPacking P, bool kInterpolate, bool kPairMean>
 void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
                   const Adjustment& a) {
   constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
@@ -126,7 +131,7 @@ void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
           u = PromoteAdjusted(d16, cu, lookup.u);
           v = PromoteAdjusted(d16, cv, lookup.v);
         })) {
-      MixSamples<kInterpolate>(d8, row, g, alpha, a, evenY, oddY, u, v);
+      MixSamples<kInterpolate, kPairMean>(d8, row, g, alpha, a, evenY, oddY, u, v);
     }
     hn::Vec<decltype(d16)> gU, bU, gV, rV;
     ChromaTerms(d16, u, v, gU, bU, gV, rV);
@@ -134,20 +139,30 @@ void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
   });
 }
 
-template <RgbPacking P>
+template <RgbPacking P, bool kPairMean>
 void MixRowToRgbP(const MixRow& row, size_t groups, const RgbFormat& format,
                   const Adjustment& a) {
-  if (row.interpolates()) return MixRowToRgbT<P, true>(row, groups, format, a);
-  MixRowToRgbT<P, false>(row, groups, format, a);
+  if (row.interpolates()) return MixRowToRgbT<P, true, kPairMean>(row, groups, format, a);
+  MixRowToRgbT<P, false, kPairMean>(row, groups, format, a);
+}
+
+template <bool kPairMean>
+void MixRowToRgbW(const MixRow& row, size_t groups, const RgbFormat& format,
+                  const Adjustment& a) {
+  switch (format.packing) {
+    case RgbPacking::kRgb32:
+      return MixRowToRgbP<RgbPacking::kRgb32, kPairMean>(row, groups, format, a);
+    case RgbPacking::kRgb24:
+      return MixRowToRgbP<RgbPacking::kRgb24, kPairMean>(row, groups, format, a);
+    case RgbPacking::kRgb16:
+      return MixRowToRgbP<RgbPacking::kRgb16, kPairMean>(row, groups, format, a);
+  }
 }
 
 void MixRowToRgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                 const Adjustment a) {
-  switch (format.packing) {
-    case RgbPacking::kRgb32: return MixRowToRgbP<RgbPacking::kRgb32>(row, groups, format, a);
-    case RgbPacking::kRgb24: return MixRowToRgbP<RgbPacking::kRgb24>(row, groups, format, a);
-    case RgbPacking::kRgb16: return MixRowToRgbP<RgbPacking::kRgb16>(row, groups, format, a);
-  }
+                 const Adjustment a, ChromaWeight chroma) {
+  if (chroma == ChromaWeight::kPairMean) return MixRowToRgbW<true>(row, groups, format, a);
+  MixRowToRgbW<false>(row, groups, format, a);
 }
 
 // Half width, 16 source pixels to 8 output pixels per group. In 16-bit
@@ -219,8 +234,8 @@ void mix_row_to_half_yuy2(const MixRow& row, size_t groups, const Adjustment& a)
   HWY_DYNAMIC_DISPATCH(MixRowToHalfYuy2)(row, groups, a);
 }
 void mix_row_to_rgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                    const Adjustment& a) {
-  HWY_DYNAMIC_DISPATCH(MixRowToRgb)(row, groups, format, a);
+                    const Adjustment& a, ChromaWeight chroma) {
+  HWY_DYNAMIC_DISPATCH(MixRowToRgb)(row, groups, format, a, chroma);
 }
 
 }  // namespace yuvblit

@@ -54,8 +54,13 @@ void mix_row_to_yuy2(const MixRow& row, size_t groups, const Adjustment& a);
 // 8 pixels (16 bytes) per group.
 void mix_row_to_half_yuy2(const MixRow& row, size_t groups, const Adjustment& a);
 
-// 16 pixels per group in the given RGB format; weights as for YUY2.
+// How a pixel pair's chroma is weighted: by the right-hand pixel's alpha
+// limited to 16, or by the rounded mean of both raw alphas limited to 16
+// after the averaging (alphas 0 and 255 give 16).
+enum class ChromaWeight { kRightPixel, kPairMean };
+
+// 16 pixels per group in the given RGB format; luma weights as for YUY2.
 void mix_row_to_rgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                    const Adjustment& a);
+                    const Adjustment& a, ChromaWeight chroma = ChromaWeight::kRightPixel);
 
 }  // namespace yuvblit

@@ -136,6 +136,75 @@ void model_rgb_p(ModelMix& m, ModelPacking packing) {
                  });
 }
 
+// One field doubled onto RGB, column by column (16 pixels), each column in
+// blocks of four output rows, rewound by 32-bit products of the height. The
+// record is only read.
+void model_rgb_i(ModelMix& record, ModelPacking packing) {
+  const uint32_t layout = record.adjust.rgb16Layout;
+  if (packing == ModelPacking::kRgb16 && layout > 3) return;
+  const ModelAdjust a(record.adjust);
+  ModelMix m = record;
+  const int32_t h = m.height, bpp = static_cast<int32_t>(packing);
+  const int64_t pp = m.picturePitch, cp = m.picturePitch >> 1;
+  const int64_t sp = m.subPitch, scp = m.subPitch >> 1, dp = m.dstPitch;
+  const int32_t dstBack = yuvblit::wrap32(dp * h);
+  const int32_t lumaBack = yuvblit::wrap32(pp * h) >> 1;
+  const int32_t chromaBack = lumaBack >> 2;
+  const int32_t subBack = yuvblit::wrap32(sp * h);
+  const int32_t subChromaBack = subBack >> 1;
+
+  // Output row r of a block: luma avg(y0, y1), chroma avg(c0, c1).
+  auto row = [&](Ptr y0, Ptr y1, int64_t chromaBelow, int r) {
+    PictureRow p;
+    for (int i = 0; i < 16; ++i) p.y[i] = yuvblit::average(y0.get(i), y1.get(i));
+    for (int k = 0; k < 8; ++k) {
+      p.u[k] = yuvblit::average(m.pictureU.get(k), m.pictureU.get(k + chromaBelow));
+      p.v[k] = yuvblit::average(m.pictureV.get(k), m.pictureV.get(k + chromaBelow));
+    }
+    const Ptr alpha = m.subAlpha + r * sp, subY = m.subY + r * sp;
+    const Ptr subU = m.subU + r * scp, subV = m.subV + r * scp;
+    MixedRow mixed;
+    for (int i = 0; i < 16; ++i) mixed.y[i] = blend(p.y[i], subY.get(i), alpha.get(i));
+    for (int k = 0; k < 8; ++k) {
+      // Rounded mean of both alphas, limited after the averaging.
+      const uint8_t weight = static_cast<uint8_t>(
+          std::min((alpha.get(2 * k) + alpha.get(2 * k + 1) + 1) >> 1, 16));
+      mixed.u[k] = blend(p.u[k], subU.get(k), weight);
+      mixed.v[k] = blend(p.v[k], subV.get(k), weight);
+    }
+    store_rgb(m.dst + r * dp, mixed, a, packing, layout);
+  };
+  auto block = [&](bool last) {
+    const Ptr f0 = m.pictureY, f1 = f0 + pp, f2 = f1 + pp;
+    row(f0, f0, 0, 0);
+    row(f0, f1, 0, 1);
+    row(f1, f1, last ? 0 : cp, 2);
+    row(f1, last ? f1 : f2, last ? 0 : cp, 3);
+    m.pictureY += 2 * pp;
+    m.pictureU += cp, m.pictureV += cp;
+    m.subAlpha += 4 * sp, m.subY += 4 * sp;
+    m.subU += 4 * scp, m.subV += 4 * scp;
+    m.dst += 4 * dp;
+  };
+  int32_t columns = m.width;
+  do {
+    if (h >= 8) {
+      int32_t rows = h - 4;
+      do {
+        block(false);
+        rows -= 4;
+      } while (rows > 0);
+    }
+    block(true);
+    m.dst += 16 * bpp - int64_t{dstBack};
+    m.pictureY += 16 - int64_t{lumaBack};
+    m.pictureU += 8 - int64_t{chromaBack}, m.pictureV += 8 - int64_t{chromaBack};
+    m.subAlpha += 16 - int64_t{subBack}, m.subY += 16 - int64_t{subBack};
+    m.subU += 8 - int64_t{subChromaBack}, m.subV += 8 - int64_t{subChromaBack};
+    columns -= 16;
+  } while (columns > 0);
+}
+
 }  // namespace
 
 void model_mix_ayuy2_yuy2_p_ajust(ModelMix& m) {
@@ -223,5 +292,8 @@ void model_mix_ayuy2_yuy2_i_ajust(ModelMix& m) {
 void model_mix_ayuy2_rgb32_p_ajust(ModelMix& m) { model_rgb_p(m, ModelPacking::kRgb32); }
 void model_mix_ayuy2_rgb24_p_ajust(ModelMix& m) { model_rgb_p(m, ModelPacking::kRgb24); }
 void model_mix_ayuy2_rgb16_p_ajust(ModelMix& m) { model_rgb_p(m, ModelPacking::kRgb16); }
+void model_mix_ayuy2_rgb32_i_ajust(ModelMix& m) { model_rgb_i(m, ModelPacking::kRgb32); }
+void model_mix_ayuy2_rgb24_i_ajust(ModelMix& m) { model_rgb_i(m, ModelPacking::kRgb24); }
+void model_mix_ayuy2_rgb16_i_ajust(ModelMix& m) { model_rgb_i(m, ModelPacking::kRgb16); }
 
 }  // namespace yuvblit_test

@@ -14,5 +14,9 @@ void model_mix_ayuy2_yuy2_i_ajust(ModelMix& m);
 void model_mix_ayuy2_rgb32_p_ajust(ModelMix& m);
 void model_mix_ayuy2_rgb24_p_ajust(ModelMix& m);
 void model_mix_ayuy2_rgb16_p_ajust(ModelMix& m);
+// One field, doubled line by line; the record is left as it was.
+void model_mix_ayuy2_rgb32_i_ajust(ModelMix& m);
+void model_mix_ayuy2_rgb24_i_ajust(ModelMix& m);
+void model_mix_ayuy2_rgb16_i_ajust(ModelMix& m);
 
 }  // namespace yuvblit_test
