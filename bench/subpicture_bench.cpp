@@ -1,5 +1,6 @@
-// Subpicture kernels: the six mixers of an AYUY2 subpicture into a planar
-// 4:2:0 picture (onto YUY2, half-width YUY2 and RGB surfaces), the nine
+// Subpicture kernels: the mixers of an AYUY2 subpicture into a planar 4:2:0
+// picture (onto YUY2, half-width YUY2 and RGB surfaces, progressive and one
+// field doubled), of an AYV12 subpicture onto YV12 surfaces, the nine
 // kernels that move overlays between RGB bitmaps and subpicture planes,
 // their peers and the copy rooflines.
 //
@@ -12,7 +13,7 @@
 // so every iteration runs on a fresh copy of a record filled once.
 //
 // Sizes: pixels/s is over the output picture, W x H (source pixels for the
-// half kernel, as for the half loaders); the interlaced mixer reads a field
+// half kernel, as for the half loaders); the interlaced mixers read a field
 // of W x H/2. The Restore_* and load_subpicture_alpha_* kernels get alpha
 // rows back to back (picturePitch chosen so that their alpha row advance is
 // the subpicture's pitch).
@@ -30,6 +31,9 @@
 //    over the picture into a scratch frame, then I420ToYUY2; and the
 //    planar-to-YUY2 family's libyuv_I420ToYUY2 alone. The half kernel writes
 //    half their bytes; the interlaced one also interpolates lines.
+//  - YV12 mixers: I420Blend alone (libyuv_I420Blend), onto a planar frame.
+//    The interlaced RGB mixers against the same one-pass converters and
+//    pipelines as the progressive ones.
 //  - Convert_*: ARGBToI422 writes the same planes (Y, and U and V per pixel
 //    pair on every row) from the same byte order (B, G, R, X). libyuv has no
 //    one-pass RGB24 or RGB565 converter to 4:2:2 (RGB24ToI420 and
@@ -203,6 +207,49 @@ void register_mixer(const char* name, MixKernel kernel, const Format& format,
           };
           return checked_body(std::move(body), dst->data.data(),
                               bytes(format.bytes_per_row(size.width)), state);
+        });
+  }
+}
+
+// Registers <name>/<overlay>/WxH for a YV12 mixer: the subpicture's chroma
+// planes read as AYV12 (rows subPitch apart, half as many), the surface's
+// chroma planes at half its pitch. `fieldPicture` as for register_mixer.
+void register_yv12_mixer(const char* name, MixKernel kernel, bool fieldPicture) {
+  for (const OverlayShape* shape : kOverlays) {
+    register_sizes(
+        std::string(name) + "/" + shape->name, kYv12,
+        [kernel, fieldPicture, shape](Size size, benchmark::State& state) -> Body {
+          const Size pictureSize{size.width, fieldPicture ? size.height / 2 : size.height};
+          auto picture = std::make_shared<PlanarFrame>(pictureSize, 1234u);
+          auto sub = std::make_shared<SubpictureFrame>(size, *shape, 4321u);
+          // One block: luma rows, then V and U planes of half pitch.
+          const int32_t pitch = (size.width + 63) & ~63;
+          const size_t lumaBytes = bytes(int64_t{pitch} * (size.height + 2));
+          const size_t chromaBytes = bytes(int64_t{pitch / 2} * (size.height / 2 + 2));
+          auto dst = std::make_shared<Buffer>(lumaBytes + 2 * chromaBytes);
+          fill_surface(*dst);
+          kernel_record(true);  // loads the adjustment the adjusting kernel reads
+          tagMIX_INFO info{};
+          info.picturePitch = picture->pitch;
+          info.subPitch = sub->subPitch;
+          info.dstPitch = pitch;
+          info.width = size.width;
+          info.height = size.height;  // output rows, for the field kernel too
+          info.pictureY = picture->y;
+          info.pictureV = picture->v;
+          info.pictureU = picture->u;
+          info.subAlpha = sub->alpha;
+          info.subY = sub->y;
+          info.subV = sub->v;
+          info.subU = sub->u;
+          info.dst = dst->data();
+          info.dstV = dst->data() + lumaBytes;
+          info.dstU = info.dstV + chromaBytes;
+          Body body = [kernel, info, picture, sub, dst]() {
+            tagMIX_INFO fresh = info;
+            kernel(&fresh);
+          };
+          return checked_body(std::move(body), dst->data(), bytes(size.width), state);
         });
   }
 }
@@ -385,12 +432,15 @@ void register_argb_blend_pipeline(const std::string& name,
 }
 
 // libyuv_I420Blend_I420ToYUY2/<overlay>: the subpicture (as I420) blended
-// over the picture into a scratch frame, then packed as YUY2.
-void register_i420_blend_pipeline() {
+// over the picture into a scratch frame, then packed as YUY2; without
+// `packYuy2`, libyuv_I420Blend/<overlay>: the blend alone, onto a planar
+// frame as the YV12 mixers write.
+void register_i420_blend_pipeline(bool packYuy2) {
   for (const OverlayShape* shape : kOverlays) {
     register_sizes(
-        std::string("libyuv_I420Blend_I420ToYUY2/") + shape->name, kYuy2,
-        [shape](Size size, benchmark::State&) -> Body {
+        std::string(packYuy2 ? "libyuv_I420Blend_I420ToYUY2/" : "libyuv_I420Blend/") + shape->name,
+        packYuy2 ? kYuy2 : kYv12,
+        [shape, packYuy2](Size size, benchmark::State&) -> Body {
           auto picture = std::make_shared<PlanarFrame>(size, 1234u);
           auto scratch = std::make_shared<PlanarFrame>(size, 99u);
           auto sub420 = std::make_shared<PlanarFrame>(size, 99u);
@@ -402,7 +452,7 @@ void register_i420_blend_pipeline() {
           auto alpha = alpha_255(sub);
           const int32_t alphaPitch = sub.subPitch;
           auto dst = std::make_shared<Surface>(size, kYuy2);
-          return [picture, scratch, sub420, alpha, alphaPitch, dst, size]() {
+          return [picture, scratch, sub420, alpha, alphaPitch, dst, size, packYuy2]() {
             libyuv::I420Blend(
                 sub420->y, sub420->pitch, sub420->u, sub420->chromaPitch,
                 sub420->v, sub420->chromaPitch, picture->y, picture->pitch,
@@ -410,6 +460,7 @@ void register_i420_blend_pipeline() {
                 picture->chromaPitch, alpha->data(), alphaPitch, scratch->y,
                 scratch->pitch, scratch->u, scratch->chromaPitch, scratch->v,
                 scratch->chromaPitch, size.width, size.height);
+            if (!packYuy2) return;
             libyuv::I420ToYUY2(scratch->y, scratch->pitch, scratch->u,
                                scratch->chromaPitch, scratch->v,
                                scratch->chromaPitch, dst->data.data(),
@@ -494,7 +545,8 @@ void register_libyuv_peers() {
                                kRgb24, libyuv::ARGBToRGB24);
   register_argb_blend_pipeline("libyuv_I420ToARGB_ARGBBlend_ARGBToRGB565",
                                kRgb16, libyuv::ARGBToRGB565);
-  register_i420_blend_pipeline();
+  register_i420_blend_pipeline(true);
+  register_i420_blend_pipeline(false);
   register_to_i422("libyuv_ARGBToI422", kBitmap32, nullptr);
   register_to_i422("libyuv_RGB24ToARGB_ARGBToI422", kBitmap24,
                    libyuv::RGB24ToARGB);
@@ -520,6 +572,12 @@ YUVBLIT_BENCHMARKS(subpicture) {
                  false);
   register_mixer("mix_ayuy2_rgb16_p_ajust", mix_ayuy2_rgb16_p_ajust, kRgb16,
                  false);
+  register_mixer("mix_ayuy2_rgb32_i_ajust", mix_ayuy2_rgb32_i_ajust, kRgb32, true);
+  register_mixer("mix_ayuy2_rgb24_i_ajust", mix_ayuy2_rgb24_i_ajust, kRgb24, true);
+  register_mixer("mix_ayuy2_rgb16_i_ajust", mix_ayuy2_rgb16_i_ajust, kRgb16, true);
+  register_yv12_mixer("mix_ayv12_yv12_p", mix_ayv12_yv12_p, false);
+  register_yv12_mixer("mix_ayv12_yv12_p_ajust", mix_ayv12_yv12_p_ajust, false);
+  register_yv12_mixer("mix_ayv12_yv12_i", mix_ayv12_yv12_i, true);
 
   register_convert("Convert_RGB32_To_AYUY2", Convert_RGB32_To_AYUY2, kBitmap32);
   register_convert("Convert_RGB24_To_AYUY2", Convert_RGB24_To_AYUY2, kBitmap24);
