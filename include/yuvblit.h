@@ -370,6 +370,17 @@ YUVBLIT_API void strech_opt_yuy2_ajust(tagVideoFrame* frame, int32_t top,
 /* Vertical doubling (1X2). */
 YUVBLIT_A9(strech_picture_1X2_yuy2);
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust);
+/*
+ * Adjusted planar 4:2:0 onto RGB32 / RGB24 / RGB16, doubled vertically:
+ * 2 * height lines of ceil(width / 16) groups of 16 pixels (at least one;
+ * 64 / 48 / 32 bytes per group). New lines are rounded averages of adjusted
+ * samples; the last two lines are equal. Below 12 rows nothing is written
+ * and adjust is not read; the RGB16 member then reads adjust->rgb16Layout
+ * and writes nothing above 3. Rows never drift with width. Odd heights read
+ * one luma and one chroma row past the picture and write 2 * (height + 1)
+ * lines per 16-pixel column, each column after the first starting one
+ * source row and two lines lower.
+ */
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb32);
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb24);
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb16);
@@ -393,7 +404,15 @@ YUVBLIT_API void strech_pic_2X2_adjust(unsigned char* src, unsigned char* dst,
                                        tag_ajust_contrast_info* adjust,
                                        int32_t plane);
 
-/* Packed YUY2 source doubled in both directions. */
+/*
+ * Packed YUY2 source (width bytes per row, rows packed width apart) doubled
+ * in both directions onto YUY2: 2 * height lines of 2 * width bytes, in
+ * strips of 32 source bytes. The plain kernel writes nothing below 16 rows,
+ * the adjusting one below 8. width must be a multiple of 32 and at least 64;
+ * for any other width the strip count never comes out and the library writes
+ * nothing. Odd heights read one row past the picture and write two more
+ * lines. srcU, srcV and adjust are not read.
+ */
 YUVBLIT_API void yuy2_strech_picture_2X2_yuy2(void* src, void* srcU,
                                               void* srcV, void* dst,
                                               int32_t width, int32_t height,
