@@ -64,6 +64,8 @@ TEST(MixYv12Values, AlphaZeroKeepsThePictureSixteenAndAboveTakeTheSubpicture) {
 }
 
 TEST(MixYv12Values, ChromaFollowsTheRightPixelOfTheEvenRow) {
+  tag_ajust_contrast_info neutral = identity_adjustment();
+  get_contrast_data(&neutral);
   Yv12Scene s;
   for (MixKernel k : kKernels) {
     std::fill(s.alpha.bytes.begin(), s.alpha.bytes.end(), 0);
