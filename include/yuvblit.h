@@ -361,7 +361,15 @@ YUVBLIT_API void mix_ayuy2_rgb16_i_ajust(tagMIX_INFO* info);
 /* Stretching                                                                */
 /* ------------------------------------------------------------------------ */
 
-/* Vertical doubling onto YUY2 with edge-directed interpolation. */
+/*
+ * Vertical doubling onto YUY2 with edge-directed interpolation. Returns
+ * without reading anything below 8 rows; adjust is never read. Writes
+ * 2 * height lines (2 * (height - 1) for odd heights) of whole 16-pixel
+ * groups: copied lines ceil(lumaWidth / 16) groups (one when lumaWidth <= 0),
+ * interpolated lines the first group, ceil((lumaWidth - 32) / 16) middle
+ * groups and the last group; below a lumaWidth of 48 (where the middle
+ * count would never end) exactly 3 groups.
+ */
 YUVBLIT_API void strech_opt_yuy2_ajust(tagVideoFrame* frame, int32_t top,
                                        int32_t height, unsigned char* dst,
                                        int32_t dstPitch,
@@ -391,7 +399,14 @@ YUVBLIT_API void strech_pic_1X2_adjust(unsigned char* src, unsigned char* dst,
                                        tag_ajust_contrast_info* adjust,
                                        int32_t plane);
 
-/* Doubling in both directions (2X2). */
+/*
+ * Doubling in both directions (2X2). The YUY2 members write 2 * height lines
+ * of max(width / 16 - 1, 1) * 64 + 64 bytes; below a width of 32, where the
+ * step count would wrap, a line is one ordinary step and the edge step
+ * (reading 32 luma and 16 of each chroma bytes), and each later line starts
+ * 32 - width luma, 16 - width / 2 chroma and 128 - 4 * width destination
+ * bytes further on.
+ */
 YUVBLIT_A9(strech_picture_2X2_yuy2);
 YUVBLIT_A9(strech_picture_2X2_yuy2_ajust);
 YUVBLIT_A9(strech_picture_2X2_yv12_ajust);

@@ -21,9 +21,8 @@ namespace hn = hwy::HWY_NAMESPACE;
 template <class D16>
 HWY_INLINE hn::Vec<D16> FourTapWide(D16 d16, hn::Vec<D16> pm, hn::Vec<D16> p0,
                                     hn::Vec<D16> p1, hn::Vec<D16> p2) {
-  const auto five0 = hn::Add(hn::ShiftLeft<2>(p0), p0);
-  const auto five1 = hn::Add(hn::ShiftLeft<2>(p1), p1);
-  const auto t = hn::Sub(hn::Add(five0, five1), hn::Add(pm, p2));
+  const auto inner = hn::Add(p0, p1);  // 5 p0 + 5 p1 = 5 (p0 + p1)
+  const auto t = hn::Sub(hn::Add(hn::ShiftLeft<2>(inner), inner), hn::Add(pm, p2));
   return ClampToByte(d16, hn::ShiftRight<3>(t));
 }
 
