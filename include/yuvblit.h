@@ -393,6 +393,18 @@ YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb32);
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb24);
 YUVBLIT_A9(strech_picture_1X2_yuy2_ajust_rgb16);
 YUVBLIT_A9(strech_picture_1X2_yv12_ajust);
+/*
+ * Plane doublers (strech_pic_*): plane 1, 2 or 3 adds the luma, U or V
+ * offset, any other value none; the gain is always the luma gain and adjust
+ * is not read. Their row loop runs height - 1 times, at least once, so a
+ * height below 2 writes what height 2 writes; a negative width acts as 0.
+ * strech_pic_2X2 writes one line below its 2 * height lines for every strip
+ * but the last. strech_pic_2X2_adjust reads its source packed (width bytes
+ * per row; srcPitch only reaches the row below) and one byte past each run
+ * of groups; with a width that is not a multiple of 16 each later pair of
+ * lines starts width % 16 bytes further left, and below 16 wide it reads
+ * and writes up to 16 - width bytes before the row or line start.
+ */
 YUVBLIT_API void strech_pic_1X2_adjust(unsigned char* src, unsigned char* dst,
                                        int32_t width, int32_t height,
                                        int32_t srcPitch, int32_t dstPitch,
