@@ -296,7 +296,17 @@ YUVBLIT_API void load_subpicture_alpha_rgb32(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_alpha_rgb24(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_alpha_rgb16_565(tagMIX_INFO* info);
 
-/* A subpicture alone on an RGB surface. */
+/*
+ * A subpicture alone on an RGB surface. picturePitch is the subpicture's
+ * width and row length (alpha and Y rows back to back, U and V rows of
+ * picturePitch / 2); width and subPitch are not read. Alpha 0 gives colorKey
+ * (RGB32 / RGB24 read as 0x00BBGGRR, RGB16 its low 16 bits as they stand),
+ * 1..127 the converted (adjusted) colour, 128..255 black. RGB16 is always
+ * 5-6-5 and a layout above 3 writes nothing. Each row is ceil(picturePitch /
+ * 16) groups of 16 pixels and the surface moves on by dstPitch - picturePitch
+ * * bytes per pixel, so other widths drift; height rows, at least one. The
+ * record is left unchanged.
+ */
 YUVBLIT_API void load_subpicture_yuy2_rgb32(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_yuy2_rgb32_ajust(tagMIX_INFO* info);
 YUVBLIT_API void load_subpicture_yuy2_rgb24(tagMIX_INFO* info);
@@ -451,6 +461,16 @@ YUVBLIT_API void yuy2_strech_picture_2X2_yuy2_ajust(
 /* ------------------------------------------------------------------------ */
 /* Colour keys                                                               */
 /* ------------------------------------------------------------------------ */
+
+/*
+ * Key fills: height 0 writes nothing; otherwise rows go in pairs, each
+ * ceil(width / 16) * 16 pixels (16 for width 0), so other widths drift.
+ * Widths and heights count as unsigned. The RGB24 fill stores its three
+ * words in an order that keeps only grey keys whole and ORs the key's top
+ * byte into some bytes. reserved is not read. RelaceMaskWithColorKey works
+ * on bytes, processes at least one row (height 0 too), and both planes move
+ * on by pitch - width per row.
+ */
 
 YUVBLIT_API void LoadColorKeyRgb32(uint32_t key, void* dst, int32_t width,
                                    int32_t height, int32_t reserved,

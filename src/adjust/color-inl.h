@@ -54,16 +54,13 @@ HWY_INLINE V PackRgb16Word(D16 d16, V r, V g, V b, const Rgb16Layout& l) {
   return hn::Or(hn::Or(r, g), b);
 }
 
-// Converts the even and the odd pixels of pairs sharing the chroma terms
-// and stores them in pixel order in the packing P: RGB32 B, G, R, 0 per
-// pixel; RGB24 B, G, R back to back; RGB16 one little-endian word per pixel
-// in the given layout.
+// Stores the colours of the even and the odd pixels of pairs (0..255 in
+// int16 lanes) in pixel order in the packing P: RGB32 B, G, R, 0 per pixel;
+// RGB24 B, G, R back to back; RGB16 one little-endian word per pixel in the
+// given layout.
 template <RgbPacking P, class D16, class V = hn::Vec<D16>>
-HWY_INLINE void StoreRgb(D16 d16, V evenY, V oddY, V gU, V bU, V gV, V rV,
-                         const Rgb16Layout& layout, uint8_t* dst) {
-  V evenR, evenG, evenB, oddR, oddG, oddB;
-  YuvToRgb(d16, evenY, gU, bU, gV, rV, evenR, evenG, evenB);
-  YuvToRgb(d16, oddY, gU, bU, gV, rV, oddR, oddG, oddB);
+HWY_INLINE void StoreRgbPixels(D16 d16, V evenR, V evenG, V evenB, V oddR, V oddG, V oddB,
+                               const Rgb16Layout& layout, uint8_t* dst) {
   const hn::Repartition<uint8_t, D16> d8;
   if constexpr (P == RgbPacking::kRgb32) {
     hn::StoreInterleaved4(JoinEvenOdd(d16, evenB, oddB), JoinEvenOdd(d16, evenG, oddG),
@@ -76,6 +73,17 @@ HWY_INLINE void StoreRgb(D16 d16, V evenY, V oddY, V gU, V bU, V gV, V rV,
     StoreInterleavedWords(du, hn::BitCast(du, PackRgb16Word(d16, evenR, evenG, evenB, layout)),
                           hn::BitCast(du, PackRgb16Word(d16, oddR, oddG, oddB, layout)), dst);
   }
+}
+
+// Converts the even and the odd pixels of pairs sharing the chroma terms
+// and stores them in pixel order in the packing P (see StoreRgbPixels).
+template <RgbPacking P, class D16, class V = hn::Vec<D16>>
+HWY_INLINE void StoreRgb(D16 d16, V evenY, V oddY, V gU, V bU, V gV, V rV,
+                         const Rgb16Layout& layout, uint8_t* dst) {
+  V evenR, evenG, evenB, oddR, oddG, oddB;
+  YuvToRgb(d16, evenY, gU, bU, gV, rV, evenR, evenG, evenB);
+  YuvToRgb(d16, oddY, gU, bU, gV, rV, oddR, oddG, oddB);
+  StoreRgbPixels<P>(d16, evenR, evenG, evenB, oddR, oddG, oddB, layout, dst);
 }
 
 }  // namespace HWY_NAMESPACE
