@@ -52,7 +52,9 @@ HWY_INLINE void LoadGroup(const uint8_t* px, V& b16, V& g16, V& r16, V& x16) {
   const hn::FixedTag<uint8_t, 8> d8;
   if constexpr (P == RgbPacking::kRgb16) {
     const hn::FixedTag<uint16_t, 8> du16;
-    const auto p = hn::LoadU(du16, reinterpret_cast<const uint16_t*>(px));
+    // Loaded as bytes: a 5-6-5 bitmap may start at any byte address, where
+    // a uint16_t pointer would be misaligned.
+    const auto p = hn::BitCast(du16, hn::LoadU(hn::Repartition<uint8_t, decltype(du16)>(), px));
     // 5-6-5 fields widened with zero low bits.
     b16 = hn::BitCast(d16, hn::ShiftLeft<3>(hn::And(p, hn::Set(du16, 0x001F))));
     g16 = hn::BitCast(d16, hn::ShiftRight<3>(hn::And(p, hn::Set(du16, 0x07E0))));

@@ -1,5 +1,5 @@
 // The `convert` subcommand: a YUV4MPEG2 clip through one kernel to PNG
-// files or a raw surface file.
+// files, a YUV4MPEG2 clip or a raw surface file, or to standard output.
 #pragma once
 
 #include <ostream>
@@ -10,9 +10,17 @@
 
 namespace ybtool {
 
+enum class OutputFormat {
+  kByName,  // from the output name: .png, .y4m, anything else (and -) raw
+  kPng,
+  kY4m,
+  kRaw,
+};
+
 struct ConvertOptions {
   std::string input;   // "-" reads standard input
-  std::string output;  // ends in .png: PNG files; otherwise one raw file
+  std::string output;  // "-" writes standard output
+  OutputFormat format = OutputFormat::kByName;
   std::string kernel;
   long max_frames = 0;  // 0: every frame
   std::string subpicture;  // PNG overlay for a mixer; empty: the built-in one
@@ -23,18 +31,21 @@ struct ConvertResult {
   int frames = 0;
   int width = 0, height = 0;  // of each output picture (raw: as stored)
   std::string format;         // surface format name
-  bool raw = false;           // one raw file rather than PNGs
+  OutputFormat written_as = OutputFormat::kRaw;  // never kByName
   std::string overlay;        // what the subpicture kernels got; or empty
-  std::vector<std::string> files;
+  std::vector<std::string> files;  // {"-"} for standard output
 };
+
+// The format `options` ask for, kByName resolved.
+OutputFormat output_format(const ConvertOptions& options);
 
 // Final PNG names: OUTPUT itself for one frame, otherwise STEM-0001.png,
 // STEM-0002.png, ... where STEM is OUTPUT without ".png".
 std::vector<std::string> png_names(const std::string& output, int frames);
 
-// Runs the conversion. `progress`, when given, gets a "\rframe i/n" line
-// per frame. Throws ToolError; on any failure nothing is left at the output
-// names.
+// Runs the conversion. `progress`, when given, gets a progress line redrawn
+// in place (meant for a terminal). Throws ToolError; on any failure nothing
+// is left at the output names (standard output keeps what was written).
 ConvertResult run_convert(const ConvertOptions& options,
                           std::ostream* progress);
 

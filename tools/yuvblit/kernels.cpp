@@ -62,19 +62,28 @@ std::vector<uint8_t> packed_rows(const std::vector<uint8_t>& plane, int pitch,
   return out;
 }
 
+// Output pixels per source pixel, across and down.
+int width_factor(Geometry g) { return g == Geometry::kDoubleBoth ? 2 : 1; }
+int height_factor(Geometry g) {
+  return g == Geometry::kDoubleHeight || g == Geometry::kDoubleBoth ? 2 : 1;
+}
+
 // A single-plane surface for a kernel writing whole 16-pixel groups (8 for
-// the half-width ones) over the run width, with room to spare.
+// the half-width ones, 32 for the ones doubling the width) over the run
+// width and its rows (twice the run height for the doubling ones), with
+// room to spare.
 Surface group_surface(const KernelInfo& kernel, SurfaceFormat format,
                       const KernelSource& src) {
   int out_w = 0, out_h = 0;
   output_size(kernel, src.width, src.height, out_w, out_h);
-  const int pixels_per_group =
-      kernel.geometry == Geometry::kHalfWidth ? kGroupPixels / 2 : kGroupPixels;
+  const int pixels_per_group = kernel.geometry == Geometry::kHalfWidth
+                                   ? kGroupPixels / 2
+                                   : kGroupPixels * width_factor(kernel.geometry);
   const int written = src.run_width / kGroupPixels * pixels_per_group *
                       surface_format_info(format).bytes_per_pixel;
   const int pitch = round_up(written + kSurfaceSlackBytes, 16);
   return make_marked_surface(format, out_w, out_h, pitch,
-                             src.run_height + kSpareRows);
+                             src.run_height * height_factor(kernel.geometry) + kSpareRows);
 }
 
 // Nine-argument planar kernels onto YUY2 and RGB: planes, destination, the
@@ -336,6 +345,229 @@ Surface run_mix_top_field(const KernelInfo& kernel, const KernelSource& src,
   return surface;
 }
 
+// ------------------------------------------------------------ doubling
+
+// A YV12 surface for a doubled picture: luma lines `pitch` apart, the V
+// plane straight below them and the U plane a quarter of the luma plane
+// after it, chroma lines pitch/2 apart, as the YV12 doublers place them.
+// Pitches are exactly the doubled run width, so a plane's last line is
+// where the end-of-plane copies land; below the U plane are spare lines for
+// the strips that write one line past their plane.
+Surface doubled_yv12(const KernelInfo& kernel, const KernelSource& src) {
+  int out_w = 0, out_h = 0;
+  output_size(kernel, src.width, src.height, out_w, out_h);
+  const int pitch = src.run_width * width_factor(kernel.geometry);
+  const size_t luma_bytes = offset_of(2 * src.run_height, pitch);
+  const size_t v_offset = luma_bytes, u_offset = v_offset + luma_bytes / 4;
+  return make_marked_yv12(out_w, out_h, pitch, v_offset, u_offset, pitch / 2,
+                          u_offset + luma_bytes / 4 + offset_of(4, pitch) + kSurfaceSlackBytes);
+}
+
+// The plane doublers, run on each plane of the frame into a YV12 surface:
+// luma with plane selector 1, V with 3 and U with 2 (the offsets meant for
+// them), in the YV12 doublers' order so that a line written past the V
+// plane is covered by the U plane. The source planes are handed over packed, rows `width` apart,
+// which the adjusting 2X2 kernel assumes whatever pitch it is given.
+Surface run_plane_doubler(const KernelInfo& kernel, const KernelSource& src,
+                          const tag_ajust_contrast_info& adjust) {
+  Surface surface = doubled_yv12(kernel, src);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  const int w = src.run_width, h = src.run_height;
+  struct PlaneCall {
+    const std::vector<uint8_t>& plane;
+    int pitch, width, height;
+    size_t dst_offset;
+    int dst_pitch, selector;
+  };
+  const PlaneCall calls[] = {
+      {src.y, src.pitch, w, h, 0, surface.pitch, 1},
+      {src.v, src.pitch / 2, w / 2, h / 2, surface.v_offset, surface.chroma_pitch, 3},
+      {src.u, src.pitch / 2, w / 2, h / 2, surface.u_offset, surface.chroma_pitch, 2},
+  };
+  for (const PlaneCall& c : calls) {
+    // Plus the row below the picture that the pair loops read.
+    std::vector<uint8_t> packed = packed_rows(c.plane, c.pitch, c.width, c.height + 1);
+    uint8_t* dst = surface.bytes.data() + c.dst_offset;
+    if (auto* k = std::get_if<PlaneKernel>(&kernel.entry)) {
+      (*k)(packed.data(), dst, c.width, c.height, c.width, c.dst_pitch);
+    } else {
+      std::get<AdjustedPlaneKernel>(kernel.entry)(packed.data(), dst, c.width, c.height,
+                                                  c.width, c.dst_pitch, &record, c.selector);
+    }
+  }
+  return surface;
+}
+
+// The YV12 doublers: the YV12 surface above, planes packed (source pitch
+// the run width), since the 2X2 plane kernel reads its rows packed.
+Surface run_yv12_doubler(const KernelInfo& kernel, const KernelSource& src,
+                         const tag_ajust_contrast_info& adjust) {
+  Surface surface = doubled_yv12(kernel, src);
+  const int w = src.run_width, h = src.run_height;
+  std::vector<uint8_t> y = packed_rows(src.y, src.pitch, w, h + 1);
+  std::vector<uint8_t> u = packed_rows(src.u, src.pitch / 2, w / 2, h / 2 + 1);
+  std::vector<uint8_t> v = packed_rows(src.v, src.pitch / 2, w / 2, h / 2 + 1);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  std::get<Kernel9>(kernel.entry)(y.data(), u.data(), v.data(), surface.bytes.data(), w, h, w,
+                                  surface.pitch, &record);
+  return surface;
+}
+
+// strech_opt_yuy2_ajust reads a frame record whose planes are packed
+// (lumaWidth is also the luma pitch): every row of the frame, from the top.
+Surface run_frame_doubler(const KernelInfo& kernel, const KernelSource& src,
+                          const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  const int w = src.run_width, h = src.run_height;
+  std::vector<uint8_t> y = packed_rows(src.y, src.pitch, w, h);
+  std::vector<uint8_t> u = packed_rows(src.u, src.pitch / 2, w / 2, h / 2);
+  std::vector<uint8_t> v = packed_rows(src.v, src.pitch / 2, w / 2, h / 2);
+  tagVideoFrame frame{};
+  frame.lineMode = 0;
+  frame.planeY = y.data();
+  frame.planeU = u.data();
+  frame.planeV = v.data();
+  frame.lumaWidth = w;
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  std::get<FrameKernel>(kernel.entry)(&frame, 0, h, surface.bytes.data(), surface.pitch,
+                                      &record);
+  return surface;
+}
+
+// The packed-YUY2-source doublers: the padded frame packed by libswscale
+// with rows exactly their width apart, as these kernels read it; `width`
+// counts bytes.
+Surface run_packed_doubler(const KernelInfo& kernel, const KernelSource& src,
+                           const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  const int row_bytes = 2 * src.run_width;
+  std::vector<uint8_t> packed = planar_to_packed_yuy2(
+      src.y.data(), src.u.data(), src.v.data(), src.pitch, src.pitch / 2, src.run_width,
+      src.run_height, row_bytes, src.run_height + kSpareRows);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  if (auto* k = std::get_if<PackedKernel>(&kernel.entry)) {
+    (*k)(packed.data(), nullptr, nullptr, surface.bytes.data(), row_bytes, src.run_height,
+         surface.pitch);
+  } else {
+    std::get<AdjustedPackedKernel>(kernel.entry)(packed.data(), nullptr, nullptr,
+                                                 surface.bytes.data(), row_bytes,
+                                                 src.run_height, surface.pitch, &record);
+  }
+  return surface;
+}
+
+// ------------------------------------------------------------ colour keys
+
+// The key the demo paints with: green. With only the green byte set it
+// reads the same as 0x00BBGGRR (the subpicture loaders) and as bytes
+// blue, green, red (the fills); RGB16 surfaces take a 5-6-5 word.
+constexpr uint32_t kGreenKey = 0x0000C000;
+constexpr uint32_t kGreenKey565 = 0x07E0;
+
+// The picture as loadimage_rgb32 / _rgb24 / _rgb16 draw it, on a marked
+// surface of the kernel's format.
+Surface picture_surface(const KernelInfo& kernel, const KernelSource& src,
+                        const tag_ajust_contrast_info& adjust) {
+  const SurfaceFormat format = surface_format(kernel, adjust);
+  Surface surface = group_surface(kernel, format, src);
+  tag_ajust_contrast_info record = adjust;
+  record.rgb16Layout = is_rgb16(format) ? rgb16_layout(format) : 0;
+  const Kernel9 load = format == SurfaceFormat::kRgb32   ? loadimage_rgb32
+                       : format == SurfaceFormat::kRgb24 ? loadimage_rgb24
+                                                         : loadimage_rgb16;
+  load(source_bytes(src.y), source_bytes(src.u), source_bytes(src.v), surface.bytes.data(),
+       src.run_width, src.run_height, src.pitch, surface.pitch, &record);
+  return surface;
+}
+
+// LoadColorKeyRgb*: the key filled into the middle of the picture (a
+// rectangle half its size, from a quarter in), over the picture drawn by
+// the matching loader.
+Surface run_key_fill(const KernelInfo& kernel, const KernelSource& src,
+                     const tag_ajust_contrast_info& adjust) {
+  Surface surface = picture_surface(kernel, src, adjust);
+  const int bpp = surface_format_info(surface.format).bytes_per_pixel;
+  const int left = round_up(src.run_width / 4, kGroupPixels), top = src.run_height / 4 & ~1;
+  std::get<KeyFillKernel>(kernel.entry)(bpp == 2 ? kGreenKey565 : kGreenKey,
+                                        surface.row(top) + bpp * left, src.run_width / 2,
+                                        src.run_height / 2, 0, surface.pitch);
+  return surface;
+}
+
+// RelaceMaskWithColorKey: over the picture drawn as RGB32, every byte
+// whose overlay pixel is opaque (prepared alpha 16, repeated for the 4
+// bytes of the pixel) becomes 0: the overlay's opaque parts in black.
+Surface run_mask_replace(const KernelInfo& kernel, const KernelSource& src,
+                         const tag_ajust_contrast_info& adjust) {
+  Surface surface = picture_surface(kernel, src, adjust);
+  SubpicturePlanes sub = mixer_subpicture(src);
+  std::vector<uint8_t> mask(surface.bytes.size());
+  for (int r = 0; r < src.run_height; ++r)
+    for (int x = 0; x < src.run_width; ++x)
+      std::fill_n(mask.begin() + static_cast<std::ptrdiff_t>(offset_of(r, surface.pitch) + 4 * x), 4,
+                  sub.alpha[offset_of(r, sub.pitch) + x]);
+  std::get<MaskKernel>(kernel.entry)(surface.bytes.data(), mask.data(), 16, 0,
+                                     4 * src.run_width, surface.pitch, src.run_height);
+  return surface;
+}
+
+// load_subpicture_yuy2_*: the prepared overlay alone, its rows back to back
+// (picturePitch is its width), the key where it is transparent.
+Surface run_subpicture_to_rgb(const KernelInfo& kernel, const KernelSource& src,
+                              const tag_ajust_contrast_info& adjust) {
+  Surface surface = group_surface(kernel, surface_format(kernel, adjust), src);
+  RgbaImage storage;
+  SubpicturePlanes sub = prepare_subpicture(overlay_of(src, storage), src.run_width,
+                                            src.run_height, src.run_width);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  tagMIX_INFO mix{};
+  mix.picturePitch = src.run_width;
+  mix.dstPitch = surface.pitch;
+  mix.height = src.run_height;
+  mix.subAlpha = sub.alpha.data();
+  mix.subY = sub.y.data();
+  mix.subU = sub.u.data();
+  mix.subV = sub.v.data();
+  mix.dst = surface.bytes.data();
+  mix.colorKey = is_rgb16(surface.format) ? kGreenKey565 : kGreenKey;
+  mix.adjust = &record;
+  std::get<MixKernel>(kernel.entry)(&mix);
+  return surface;
+}
+
+// The YV12 mixers: the prepared overlay read as AYV12, its chroma rows a
+// whole pitch apart, so they take the chroma of the even pixel rows; a
+// YV12 surface with its V and U planes below the luma plane. The field
+// kernel gets the frame's top field (picture pitch twice the frame's).
+Surface run_mix_yv12(const KernelInfo& kernel, const KernelSource& src,
+                     const tag_ajust_contrast_info& adjust, int picture_pitch) {
+  int out_w = 0, out_h = 0;
+  output_size(kernel, src.width, src.height, out_w, out_h);
+  const int w = src.run_width, h = src.run_height;
+  const int pitch = round_up(w + kSurfaceSlackBytes, 16);
+  const size_t v_offset = offset_of(h + kSpareRows, pitch);
+  const size_t u_offset = v_offset + offset_of(h / 2 + kSpareRows, pitch / 2);
+  Surface surface = make_marked_yv12(out_w, out_h, pitch, v_offset, u_offset, pitch / 2,
+                                     u_offset + offset_of(h / 2 + kSpareRows, pitch / 2));
+  SubpicturePlanes sub = mixer_subpicture(src);
+  tag_ajust_contrast_info record = load_record(kernel, adjust);
+  tagMIX_INFO mix = mix_record(src, picture_pitch, sub, surface, &record);
+  mix.dstV = surface.bytes.data() + v_offset;
+  mix.dstU = surface.bytes.data() + u_offset;
+  std::get<MixKernel>(kernel.entry)(&mix);
+  return surface;
+}
+
+Surface run_mix_yv12_frame(const KernelInfo& kernel, const KernelSource& src,
+                           const tag_ajust_contrast_info& adjust) {
+  return run_mix_yv12(kernel, src, adjust, src.pitch);
+}
+
+Surface run_mix_yv12_top_field(const KernelInfo& kernel, const KernelSource& src,
+                               const tag_ajust_contrast_info& adjust) {
+  return run_mix_yv12(kernel, src, adjust, 2 * src.pitch);
+}
+
 constexpr const char* kPlanarToYuy2 = "planar 4:2:0 to YUY2";
 constexpr const char* kPlanarToYv12 = "planar 4:2:0 to YV12";
 constexpr const char* kPlanarToRgb = "planar 4:2:0 to RGB";
@@ -343,6 +575,10 @@ constexpr const char* kPackedYuy2 = "packed YUY2 to YUY2 and RGB";
 constexpr const char* kPreparation = "subpicture preparation";
 constexpr const char* kMixYuy2 = "subpicture mixed onto YUY2";
 constexpr const char* kMixRgb = "subpicture mixed onto RGB";
+constexpr const char* kMixYv12 = "subpicture mixed onto YV12";
+constexpr const char* kDoubling = "picture doubling";
+constexpr const char* kSubpictureToRgb = "subpicture onto RGB";
+constexpr const char* kColorKeys = "colour keys";
 
 const std::vector<FamilyInfo> kFamilies = {
     {kPlanarToYuy2,
@@ -370,6 +606,21 @@ const std::vector<FamilyInfo> kFamilies = {
      "a decoded frame and a subpicture mixed by alpha in YUV, adjusted and "
      "converted to RGB; both rows of a pair share the frame's chroma row but "
      "take the subpicture's chroma row by row"},
+    {kSubpictureToRgb,
+     "a subpicture alone converted to RGB for a colour-keyed display: the "
+     "key where it is transparent, its colour elsewhere"},
+    {kMixYv12,
+     "a decoded frame and a subpicture mixed by alpha plane by plane onto a "
+     "planar surface; a chroma sample is weighted by the alpha of the right "
+     "pixel of its pair on the even row"},
+    {kColorKeys,
+     "the overlay colour key painted into RGB surfaces: rectangle fills, and "
+     "a key byte stamped where a mask plane holds a value"},
+    {kDoubling,
+     "a decoded frame doubled in height (1X2) or in both directions (2X2) "
+     "onto YUY2, RGB or YV12; each source row becomes two lines, the new one "
+     "interpolated by a rounded average, a four-tap filter or along the "
+     "direction of an edge"},
 };
 
 constexpr const char* kRgb16Details =
@@ -397,6 +648,51 @@ constexpr const char* kMixDetails =
     "shadow over the bars, opaque buttons and text, the top-right slider "
     "fading in from nothing, the caption's outline, and the picture "
     "elsewhere exactly as the plain loader shows it.";
+
+constexpr const char* kFieldDetails =
+    "Run on the picture's top field (every other row), doubled back to the "
+    "picture's height: fine horizontal detail turns into averages, the "
+    "overlay keeps every row.";
+
+constexpr const char* kYv12MixDetails =
+    "The built-in menu overlay (or convert --subpicture) read as a 4:2:0 "
+    "subpicture: each chroma sample comes from the even row of its pair.";
+
+constexpr const char* kSubToRgbDetails =
+    "The built-in menu overlay (or convert --subpicture) prepared into "
+    "planes whose rows lie back to back, the key green: green where the "
+    "overlay is transparent, its colours (adjusted where the kernel adjusts) "
+    "elsewhere, without the picture.";
+
+constexpr const char* kKeyFillDetails =
+    "Over the picture as the matching loadimage_rgb kernel draws it, the "
+    "green key filled into a rectangle half the picture's size, from a "
+    "quarter in; it rounds the width up to whole 16-pixel groups and the "
+    "height up to whole row pairs.";
+
+constexpr const char* kPackedDoublingDetails =
+    "Run on the frame packed as YUY2 by libswscale, rows exactly their width "
+    "apart. Pixels 4-7 of every 32 hold bare doubled luma, as for the planar "
+    "2X2 kernels; the last two lines repeat the last row.";
+
+constexpr const char* kPlaneEndDetails =
+    "Each plane's last two lines both show its second-to-last row: the last "
+    "row reaches the picture only through the line averaged from it, which "
+    "the end of the plane overwrites.";
+
+constexpr const char* kPlaneDoublerDetails =
+    "Run on each plane of the frame (luma, V and U with their own offsets) "
+    "into a YV12 surface. Each plane's last two lines both show its "
+    "second-to-last row.";
+
+constexpr const char* kDoublingTailDetails =
+    "The last two lines repeat the last row, and chroma is not interpolated "
+    "in the last four.";
+
+constexpr const char* kDoublingBothDetails =
+    "In every 32 output pixels, pixels 4-7 hold the doubled luma of pixels "
+    "0-7 rather than YUY2 pixels: a column of odd colours every 32 pixels is "
+    "what the kernel writes. The last two lines repeat the last row.";
 
 const std::vector<KernelInfo> kKernels = {
     {"loadimage_yuy2", kPlanarToYuy2,
@@ -605,6 +901,168 @@ const std::vector<KernelInfo> kKernels = {
      "--rgb16-layout",
      kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
      mix_ayuy2_rgb16_p_ajust, run_mix_frame, Inputs::kPictureAndOverlay},
+    {"load_subpicture_yuy2_rgb32", kSubpictureToRgb,
+     "converts to B G R 0; alpha 0 gives the key, 1-127 the colour, 128 and "
+     "above black",
+     kSubToRgbDetails, SurfaceFormat::kRgb32, Geometry::kSame, false,
+     load_subpicture_yuy2_rgb32, run_subpicture_to_rgb, Inputs::kOverlay},
+    {"load_subpicture_yuy2_rgb32_ajust", kSubpictureToRgb,
+     "adjusts, then converts to B G R 0 with the key where transparent",
+     kSubToRgbDetails, SurfaceFormat::kRgb32, Geometry::kSame, true,
+     load_subpicture_yuy2_rgb32_ajust, run_subpicture_to_rgb, Inputs::kOverlay},
+    {"load_subpicture_yuy2_rgb24", kSubpictureToRgb,
+     "converts to B G R with the key where transparent",
+     kSubToRgbDetails, SurfaceFormat::kRgb24, Geometry::kSame, false,
+     load_subpicture_yuy2_rgb24, run_subpicture_to_rgb, Inputs::kOverlay},
+    {"load_subpicture_yuy2_rgb24_ajust", kSubpictureToRgb,
+     "adjusts, then converts to B G R with the key where transparent",
+     kSubToRgbDetails, SurfaceFormat::kRgb24, Geometry::kSame, true,
+     load_subpicture_yuy2_rgb24_ajust, run_subpicture_to_rgb, Inputs::kOverlay},
+    {"load_subpicture_yuy2_rgb16", kSubpictureToRgb,
+     "converts to 5-6-5 words (every layout alike) with the key where "
+     "transparent",
+     kSubToRgbDetails, SurfaceFormat::kRgb16Layout0, Geometry::kSame, false,
+     load_subpicture_yuy2_rgb16, run_subpicture_to_rgb, Inputs::kOverlay, false},
+    {"load_subpicture_yuy2_rgb16_ajust", kSubpictureToRgb,
+     "adjusts, then converts to 5-6-5 words with the key where transparent",
+     kSubToRgbDetails, SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
+     load_subpicture_yuy2_rgb16_ajust, run_subpicture_to_rgb, Inputs::kOverlay, false},
+
+    {"mix_ayuy2_rgb32_i_ajust", kMixRgb,
+     "one field doubled line by line while mixed, adjusted and converted to "
+     "B G R 0; chroma weighted by the rounded mean of both pixels' alphas",
+     kFieldDetails, SurfaceFormat::kRgb32, Geometry::kSame, true, mix_ayuy2_rgb32_i_ajust,
+     run_mix_top_field, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_rgb24_i_ajust", kMixRgb,
+     "one field doubled line by line while mixed, adjusted and converted to "
+     "B G R",
+     kFieldDetails, SurfaceFormat::kRgb24, Geometry::kSame, true, mix_ayuy2_rgb24_i_ajust,
+     run_mix_top_field, Inputs::kPictureAndOverlay},
+    {"mix_ayuy2_rgb16_i_ajust", kMixRgb,
+     "one field doubled line by line while mixed, adjusted and converted to "
+     "16-bit words in the layout of --rgb16-layout",
+     kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kSame, true,
+     mix_ayuy2_rgb16_i_ajust, run_mix_top_field, Inputs::kPictureAndOverlay},
+
+    {"mix_ayv12_yv12_p", kMixYv12, "mixes plane by plane; no adjustment",
+     kYv12MixDetails, SurfaceFormat::kYv12, Geometry::kSame, false, mix_ayv12_yv12_p,
+     run_mix_yv12_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayv12_yv12_p_ajust", kMixYv12,
+     "mixes plane by plane, then adjusts luma, U and V",
+     kYv12MixDetails, SurfaceFormat::kYv12, Geometry::kSame, true, mix_ayv12_yv12_p_ajust,
+     run_mix_yv12_frame, Inputs::kPictureAndOverlay},
+    {"mix_ayv12_yv12_i", kMixYv12,
+     "one field doubled line by line (new lines rounded averages) while "
+     "mixed plane by plane; no adjustment",
+     kFieldDetails, SurfaceFormat::kYv12, Geometry::kSame, false, mix_ayv12_yv12_i,
+     run_mix_yv12_top_field, Inputs::kPictureAndOverlay},
+
+    {"LoadColorKeyRgb32", kColorKeys,
+     "fills a rectangle with the 32-bit key, all four bytes",
+     kKeyFillDetails, SurfaceFormat::kRgb32, Geometry::kSame, false, LoadColorKeyRgb32,
+     run_key_fill},
+    {"LoadColorKeyRgb24", kColorKeys,
+     "fills a rectangle with the key in three 8-byte words stored in the "
+     "order that only keeps grey keys whole",
+     "Over the picture as loadimage_rgb24 draws it, a green key: the fill "
+     "stores its three words out of order, so only pixels 3 and 4 of every "
+     "8 are green and the rest show the key's bytes shuffled (red and blue "
+     "stripes). A grey key would fill evenly.",
+     SurfaceFormat::kRgb24, Geometry::kSame, false, LoadColorKeyRgb24, run_key_fill},
+    {"LoadColorKeyRgb16", kColorKeys, "fills a rectangle with the key's low 16 bits",
+     kKeyFillDetails, SurfaceFormat::kRgb16Layout0, Geometry::kSame, false,
+     LoadColorKeyRgb16, run_key_fill, Inputs::kPicture, false},
+    {"RelaceMaskWithColorKey", kColorKeys,
+     "writes a key byte wherever a mask plane holds a given value, byte by "
+     "byte",
+     "Over the picture as loadimage_rgb32 draws it, with the overlay's "
+     "prepared alpha (repeated for each byte of a pixel) as the mask: where "
+     "the overlay is opaque (16) every byte becomes 0, so its opaque parts "
+     "show black.",
+     SurfaceFormat::kRgb32, Geometry::kSame, false, RelaceMaskWithColorKey,
+     run_mask_replace, Inputs::kPictureAndOverlay},
+
+    {"strech_picture_1X2_yuy2", kDoubling,
+     "doubles the height; new lines are the rounded average of the rows "
+     "around them, chroma interpolated on every second line",
+     kDoublingTailDetails, SurfaceFormat::kYuy2, Geometry::kDoubleHeight, false,
+     strech_picture_1X2_yuy2, run_planar9},
+    {"strech_picture_1X2_yuy2_ajust", kDoubling,
+     "doubles the height with a four-tap filter inside the picture (rounded "
+     "averages at its top and bottom), then adjusts",
+     kDoublingTailDetails, SurfaceFormat::kYuy2, Geometry::kDoubleHeight, true,
+     strech_picture_1X2_yuy2_ajust, run_planar9},
+    {"strech_opt_yuy2_ajust", kDoubling,
+     "doubles the height interpolating along edges: where two rows differ, "
+     "each new sample averages the pair of pixels (one above, one below) "
+     "that match best along five directions",
+     "Run on a frame record over the frame's packed planes, every row. Look "
+     "at the zone plate and the slanted lines next to the plain average's "
+     "staircase; flat areas and the first and last 16 pixels of each line "
+     "are plain averages.",
+     SurfaceFormat::kYuy2, Geometry::kDoubleHeight, true, strech_opt_yuy2_ajust,
+     run_frame_doubler},
+    {"strech_picture_1X2_yuy2_ajust_rgb32", kDoubling,
+     "adjusts, doubles the height by rounded averages, converts to B G R 0",
+     kDoublingTailDetails, SurfaceFormat::kRgb32, Geometry::kDoubleHeight, true,
+     strech_picture_1X2_yuy2_ajust_rgb32, run_planar9},
+    {"strech_picture_1X2_yuy2_ajust_rgb24", kDoubling,
+     "adjusts, doubles the height by rounded averages, converts to B G R",
+     kDoublingTailDetails, SurfaceFormat::kRgb24, Geometry::kDoubleHeight, true,
+     strech_picture_1X2_yuy2_ajust_rgb24, run_planar9},
+    {"strech_picture_1X2_yuy2_ajust_rgb16", kDoubling,
+     "adjusts, doubles the height by rounded averages, converts to 16-bit "
+     "words in the layout of --rgb16-layout",
+     kRgb16Details, SurfaceFormat::kRgb16Layout0, Geometry::kDoubleHeight, true,
+     strech_picture_1X2_yuy2_ajust_rgb16, run_planar9},
+    {"strech_picture_1X2_yv12_ajust", kDoubling,
+     "doubles each plane's height, adjusting; the V plane gets the U offset "
+     "and the U plane the V offset, both chroma planes the luma gain",
+     kPlaneEndDetails, SurfaceFormat::kYv12, Geometry::kDoubleHeight, true,
+     strech_picture_1X2_yv12_ajust, run_yv12_doubler},
+    {"strech_pic_1X2_adjust", kDoubling,
+     "one plane doubled in height and adjusted; its first two lines repeat "
+     "row 0",
+     kPlaneDoublerDetails,
+     SurfaceFormat::kYv12, Geometry::kDoubleHeight, true, strech_pic_1X2_adjust,
+     run_plane_doubler},
+    {"strech_picture_2X2_yuy2", kDoubling,
+     "doubles both ways: new samples are rounded averages across, then down",
+     kDoublingBothDetails, SurfaceFormat::kYuy2, Geometry::kDoubleBoth, false,
+     strech_picture_2X2_yuy2, run_planar9},
+    {"strech_picture_2X2_yuy2_ajust", kDoubling,
+     "adjusts, then doubles both ways by rounded averages",
+     kDoublingBothDetails, SurfaceFormat::kYuy2, Geometry::kDoubleBoth, true,
+     strech_picture_2X2_yuy2_ajust, run_planar9},
+    {"strech_picture_2X2_yv12_ajust", kDoubling,
+     "doubles each plane both ways, then adjusts; V and U take each other's "
+     "offsets, both the luma gain",
+     kPlaneEndDetails, SurfaceFormat::kYv12, Geometry::kDoubleBoth, true,
+     strech_picture_2X2_yv12_ajust, run_yv12_doubler},
+    {"strech_pic_2X2", kDoubling,
+     "one plane doubled both ways by rounded averages, in strips 8 source "
+     "bytes wide",
+     "Run on each plane of the frame into a YV12 surface. Every strip but "
+     "the last writes its final line one line too low, so the last line "
+     "shows magenta except at the right.",
+     SurfaceFormat::kYv12, Geometry::kDoubleBoth, false, strech_pic_2X2,
+     run_plane_doubler},
+    {"yuy2_strech_picture_2X2_yuy2", kDoubling,
+     "a packed YUY2 picture doubled both ways by rounded averages",
+     kPackedDoublingDetails, SurfaceFormat::kYuy2, Geometry::kDoubleBoth, false,
+     yuy2_strech_picture_2X2_yuy2, run_packed_doubler},
+    {"yuy2_strech_picture_2X2_yuy2_ajust", kDoubling,
+     "a packed YUY2 picture adjusted, then doubled both ways by rounded "
+     "averages; chroma read from the next strip takes the other chroma "
+     "offset",
+     kPackedDoublingDetails, SurfaceFormat::kYuy2, Geometry::kDoubleBoth, true,
+     yuy2_strech_picture_2X2_yuy2_ajust, run_packed_doubler},
+    {"strech_pic_2X2_adjust", kDoubling,
+     "one plane doubled both ways by rounded averages, then adjusted; its "
+     "first two lines repeat row 0",
+     kPlaneDoublerDetails,
+     SurfaceFormat::kYv12, Geometry::kDoubleBoth, true, strech_pic_2X2_adjust,
+     run_plane_doubler},
 };
 
 const char* geometry_label(Geometry g) {
@@ -613,6 +1071,10 @@ const char* geometry_label(Geometry g) {
       return "W x H";
     case Geometry::kHalfWidth:
       return "W/2 x H";
+    case Geometry::kDoubleHeight:
+      return "W x 2H";
+    case Geometry::kDoubleBoth:
+      return "2W x 2H";
   }
   return "?";
 }
@@ -665,8 +1127,9 @@ const KernelInfo* find_kernel(const std::string& name) {
 
 void output_size(const KernelInfo& kernel, int width, int height,
                  int& out_width, int& out_height) {
-  out_width = kernel.geometry == Geometry::kHalfWidth ? (width + 1) / 2 : width;
-  out_height = height;
+  out_width = kernel.geometry == Geometry::kHalfWidth ? (width + 1) / 2
+                                                     : width * width_factor(kernel.geometry);
+  out_height = height * height_factor(kernel.geometry);
 }
 
 Surface run_kernel(const KernelInfo& kernel, const KernelSource& source,

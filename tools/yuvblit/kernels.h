@@ -43,6 +43,8 @@ KernelSource prepare_source(const Picture420& picture,
 enum class Geometry {
   kSame,       // W x H
   kHalfWidth,  // ceil(W/2) x H
+  kDoubleHeight,  // W x 2H
+  kDoubleBoth,    // 2W x 2H
 };
 
 struct KernelInfo;
@@ -50,8 +52,28 @@ struct KernelInfo;
 using Kernel9 = void (*)(void*, void*, void*, void*, int32_t, int32_t,
                          int32_t, int32_t, tag_ajust_contrast_info*);
 using MixKernel = void (*)(tagMIX_INFO*);
+// One plane in, one plane out: unadjusted, and adjusted with a plane
+// selector.
+using PlaneKernel = void (*)(unsigned char*, unsigned char*, int32_t, int32_t,
+                             int32_t, int32_t);
+using AdjustedPlaneKernel = void (*)(unsigned char*, unsigned char*, int32_t,
+                                     int32_t, int32_t, int32_t,
+                                     tag_ajust_contrast_info*, int32_t);
+using FrameKernel = void (*)(tagVideoFrame*, int32_t, int32_t, unsigned char*,
+                             int32_t, tag_ajust_contrast_info*);
+// Packed YUY2 source, unadjusted and adjusted.
+using PackedKernel = void (*)(void*, void*, void*, void*, int32_t, int32_t, int32_t);
+using AdjustedPackedKernel = void (*)(void*, void*, void*, void*, int32_t, int32_t, int32_t,
+                                      tag_ajust_contrast_info*);
+// Colour keys: a key fill of a rectangle, and the key stamped where a mask
+// holds a value.
+using KeyFillKernel = void (*)(uint32_t, void*, int32_t, int32_t, int32_t, int32_t);
+using MaskKernel = void (*)(unsigned char*, unsigned char*, uint32_t, uint32_t, int32_t,
+                            int32_t, int32_t);
 // The entry point in whichever signature it has; its runner knows which.
-using KernelEntry = std::variant<Kernel9, MixKernel>;
+using KernelEntry =
+    std::variant<Kernel9, MixKernel, PlaneKernel, AdjustedPlaneKernel, FrameKernel,
+                 PackedKernel, AdjustedPackedKernel, KeyFillKernel, MaskKernel>;
 using KernelRunner = Surface (*)(const KernelInfo&, const KernelSource&,
                                  const tag_ajust_contrast_info&);
 

@@ -2,6 +2,8 @@
 
 #include <png.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -23,6 +25,45 @@ struct ImageGuard {
   ~ImageGuard() { png_image_free(&image); }
 };
 
+// libpng allocates a text chunk's buffer from the length in the chunk's
+// header before reading it, so a few damaged bytes can ask for 2 GiB. This
+// walks the chunk headers first and names the first chunk that runs past
+// the end of the file ("" when none does), which bounds every allocation by
+// the file's size. Files without the signature are left to libpng to
+// refuse. Leaves the file at its start.
+std::string chunk_past_end(FILE* file) {
+  static const unsigned char kSignature[8] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
+  std::string problem;
+  unsigned char bytes[8];
+  long long size = -1;
+  if (std::fseek(file, 0, SEEK_END) == 0) size = std::ftell(file);
+  std::rewind(file);
+  if (size >= 8 && std::fread(bytes, 1, 8, file) == 8 &&
+      std::memcmp(bytes, kSignature, 8) == 0) {
+    // Each chunk: 4-byte big-endian length, 4-byte type, data, 4-byte CRC.
+    for (long long at = 8; size - at >= 8; ) {
+      if (std::fseek(file, static_cast<long>(at), SEEK_SET) != 0 ||
+          std::fread(bytes, 1, 8, file) != 8)
+        break;
+      const long long length = (static_cast<long long>(bytes[0]) << 24) |
+                               (bytes[1] << 16) | (bytes[2] << 8) | bytes[3];
+      const std::string type(reinterpret_cast<const char*>(bytes + 4), 4);
+      if (length + 12 > size - at) {
+        const bool named = std::all_of(type.begin(), type.end(), [](char c) {
+          return std::isalpha(static_cast<unsigned char>(c));
+        });
+        problem = "the " + (named ? type : "unnamed") +
+                  " chunk runs past the end of the file";
+        break;
+      }
+      if (type == "IEND") break;
+      at += length + 12;
+    }
+  }
+  std::rewind(file);
+  return problem;
+}
+
 }  // namespace
 
 RgbaImage read_overlay_png(const std::string& path, int max_width,
@@ -33,6 +74,9 @@ RgbaImage read_overlay_png(const std::string& path, int max_width,
   const std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "rb"),
                                                    std::fclose);
   if (!file) throw ToolError(path + ": cannot open (" + std::strerror(errno) + ")");
+
+  const std::string damage = chunk_past_end(file.get());
+  if (!damage.empty()) throw ToolError(path + ": damaged PNG (" + damage + ")");
 
   png_image png;
   std::memset(&png, 0, sizeof png);

@@ -1,5 +1,6 @@
 #include "y4m.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -13,6 +14,8 @@ namespace {
 constexpr size_t kMaxLine = 1024;
 // Largest accepted width or height; keeps every size computation small.
 constexpr int kMaxDimension = 16384;
+// First read of a plane; later reads double what the plane holds.
+constexpr size_t kFirstChunk = size_t{64} << 10;
 
 constexpr std::string_view kSignature = "YUV4MPEG2";
 constexpr std::string_view kFrameMarker = "FRAME";
@@ -112,12 +115,10 @@ Y4mReader::Y4mReader(std::istream& in, std::string name)
             header_.rate_den == 0)
           fail("bad frame rate " + shown + " (need F<num>:<den>)");
         break;
-      case 'A': {
-        int n = 0, d = 0;
-        if (!parse_ratio(value, n, d))
+      case 'A':
+        if (!parse_ratio(value, header_.aspect_num, header_.aspect_den))
           fail("bad pixel aspect " + shown + " (need A<num>:<den>)");
         break;
-      }
       case 'I':
         if (value.size() != 1 || std::string_view("ptbm?").find(value[0]) ==
                                      std::string_view::npos)
@@ -157,16 +158,32 @@ bool Y4mReader::read_frame(Picture420& picture) {
     fail(frame + " header line is longer than " + std::to_string(kMaxLine) +
          " bytes");
 
-  picture.allocate(header_.width, header_.height);
+  // Planes grow as their bytes arrive instead of to the size the header
+  // announces: a few bytes of header can claim a 384 MiB frame, and a short
+  // stream should cost memory for what it holds. Capacity is kept from one
+  // frame to the next, so whole frames allocate once per stream.
+  picture.width = header_.width;
+  picture.height = header_.height;
+  const size_t luma = static_cast<size_t>(picture.width) * picture.height;
+  const size_t chroma =
+      static_cast<size_t>(picture.chroma_width()) * picture.chroma_height();
   size_t total = 0;
   for (std::vector<uint8_t>* plane : {&picture.y, &picture.u, &picture.v}) {
-    const auto want = static_cast<std::streamsize>(plane->size());
-    const std::streamsize n =
-        in_.rdbuf()->sgetn(reinterpret_cast<char*>(plane->data()), want);
-    total += static_cast<size_t>(n);
-    if (n != want)
-      fail(frame + " is truncated (got " + std::to_string(total) + " of " +
-           std::to_string(frame_bytes()) + " bytes)");
+    const size_t want = plane == &picture.y ? luma : chroma;
+    plane->clear();
+    while (plane->size() < want) {
+      const size_t have = plane->size();
+      const size_t step = std::min(want - have, std::max(have, kFirstChunk));
+      plane->reserve(have + step);  // exactly: no slack past the frame
+      plane->resize(have + step);
+      const std::streamsize n = in_.rdbuf()->sgetn(
+          reinterpret_cast<char*>(plane->data() + have),
+          static_cast<std::streamsize>(step));
+      total += static_cast<size_t>(n);
+      if (static_cast<size_t>(n) != step)
+        fail(frame + " is truncated (got " + std::to_string(total) + " of " +
+             std::to_string(frame_bytes()) + " bytes)");
+    }
   }
   ++frames_read_;
   return true;

@@ -18,6 +18,7 @@ struct Y4mHeader {
   int height = 0;
   std::string colour_space = "420";  // C tag without the C; absent means 420
   int rate_num = 0, rate_den = 0;    // F tag, 0:0 when absent
+  int aspect_num = 0, aspect_den = 0;  // A tag (pixel aspect), 0:0 when absent
   char interlace = '?';              // I tag
   size_t header_bytes = 0;           // header line with its newline
 };

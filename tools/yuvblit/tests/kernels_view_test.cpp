@@ -29,6 +29,7 @@ using testing::is_marker;
 using testing::kernel;
 using testing::Yuv3;
 using testing::yuy2_at;
+using testing::yv12_at;
 using testing::size_label;
 
 TEST(KernelRun, UnadjustedOutputMatchesSourceAtAwkwardSizes) {
@@ -98,6 +99,42 @@ TEST(KernelRun, DemoAdjustmentKeepsGreyAndStretchesAwayFromIt) {
   EXPECT_EQ(bright.v, 128);
 }
 
+TEST(KernelRun, DoublersPutEverySourceRowOnItsLines) {
+  // Identity adjustment: the lines that copy a source row hold it exactly,
+  // in every output format the doublers write (YUY2, YV12 made plane by
+  // plane or by a YV12 doubler), at the doubled size. The YUY2 doublers put
+  // row k on line 2k; the plane doublers one line lower.
+  const Picture420 p = distinct_picture(64, 20);
+  const KernelSource src = prepare_source(p);
+  const struct {
+    const char* name;
+    int first_copy;  // the line holding source row 0
+  } kCases[] = {{"strech_picture_1X2_yuy2", 0},  {"strech_opt_yuy2_ajust", 0},
+                {"strech_picture_2X2_yuy2", 0},  {"yuy2_strech_picture_2X2_yuy2", 0},
+                {"strech_picture_1X2_yv12_ajust", 1},
+                {"strech_pic_1X2_adjust", 1},    {"strech_pic_2X2", 0},
+                {"strech_picture_2X2_yv12_ajust", 1}};
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    const KernelInfo& k = kernel(c.name);
+    const Surface s = run_kernel(k, src, identity_adjustment());
+    const int factor = k.geometry == Geometry::kDoubleBoth ? 2 : 1;
+    ASSERT_EQ(s.width, p.width * factor);
+    ASSERT_EQ(s.height, 2 * p.height);
+    // Rows 0 .. h-3: the last pair's lines repeat the last rows.
+    for (int row = 0; row < p.height - 2; ++row)
+      for (int x = 0; x < p.width; ++x) {
+        const int line = c.first_copy + 2 * row, ox = factor * x;
+        // Pixels 4-7 of every 32 in 2X2 YUY2 output hold bare luma bytes.
+        if (factor == 2 && k.output == SurfaceFormat::kYuy2 && ox % 32 >= 4 && ox % 32 < 8)
+          continue;
+        const Yuv3 got = k.output == SurfaceFormat::kYuy2 ? yuy2_at(s, ox, line)
+                                                          : yv12_at(s, ox, line);
+        ASSERT_EQ(got.y, p.y[static_cast<size_t>(row) * p.width + x]) << x << "," << row;
+      }
+  }
+}
+
 TEST(KernelRegistry, EveryKernelWritesItsDeclaredFirstRowInEveryLayout) {
   // A new table entry with the wrong geometry, format or runner leaves
   // marker pixels (or the wrong size) in the first row, which every kernel
@@ -162,8 +199,10 @@ TEST(KernelRegistry, DemoShowsEveryKernelAndTheOverlay) {
     EXPECT_TRUE(std::filesystem::exists(dir.file("demo/" + file))) << file;
     EXPECT_NE(html.find("src=\"" + file + "\""), std::string::npos) << file;
   };
-  for (const char* file : {"source.png", "overlay.png", "overlay-alpha.png"}) expect_shown(file);
-  size_t pngs = 3;
+  for (const char* file :
+       {"source.png", "overlay.png", "overlay-alpha.png", "doubling-compare.png"})
+    expect_shown(file);
+  size_t pngs = 4;
   for (const KernelInfo& k : all_kernels()) {
     const bool layouts = reads_rgb16_layout(k);
     for (uint32_t l = 0; l < (layouts ? kRgb16Layouts : 1); ++l, ++pngs)
