@@ -59,6 +59,24 @@ inline uint8_t adjust_sample(uint8_t x, SampleAdjust a) {
   return sat8(sat16(static_cast<int16_t>(scaled) + a.offset));
 }
 
+// A gain and offset pair that get_contrast_data keeps no table for (an
+// offset paired with another sample kind's gain), with its own table of
+// the 256 results, so CPUs with byte permutes can look it up too.
+class TabledSampleAdjust {
+ public:
+  explicit TabledSampleAdjust(SampleAdjust a) : adjust_{a.gain, a.offset, table_} {
+    for (int x = 0; x < 256; ++x) table_[x] = adjust_sample(static_cast<uint8_t>(x), a);
+  }
+  TabledSampleAdjust(const TabledSampleAdjust&) = delete;
+  TabledSampleAdjust& operator=(const TabledSampleAdjust&) = delete;
+
+  SampleAdjust get() const { return adjust_; }
+
+ private:
+  alignas(64) uint8_t table_[256];
+  SampleAdjust adjust_;
+};
+
 // Rounded average of two samples, (a + b + 1) >> 1.
 inline uint8_t average(uint8_t a, uint8_t b) {
   return static_cast<uint8_t>((a + b + 1) >> 1);

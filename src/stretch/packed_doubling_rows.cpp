@@ -130,12 +130,11 @@ void LineAdjusting(const uint8_t* row, const uint8_t* below, uint8_t* dst, size_
 }
 
 void PackedDoubledLineToYuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                             size_t strips, bool endsAtEdge, const Adjustment* adjust) {
+                             size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust) {
   if (!adjust) return LineAdjusting<false>(row, below, dst, strips, endsAtEdge, ReadAdjust{});
-  const AdjustmentLookup own(*adjust);
-  // The neighbours from the next strip: chroma gain, the other offset.
-  const SampleLookup uNext(SampleAdjust{adjust->u.gain, adjust->v.offset});
-  const SampleLookup vNext(SampleAdjust{adjust->v.gain, adjust->u.offset});
+  const AdjustmentLookup own(adjust->own);
+  const SampleLookup uNext(adjust->uNext);
+  const SampleLookup vNext(adjust->vNext);
   LineAdjusting<true>(row, below, dst, strips, endsAtEdge, ReadAdjust{&own, &uNext, &vNext});
 }
 
@@ -149,7 +148,7 @@ namespace yuvblit {
 HWY_EXPORT(PackedDoubledLineToYuy2);
 
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                                 size_t strips, bool endsAtEdge, const Adjustment* adjust) {
+                                 size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust) {
   HWY_DYNAMIC_DISPATCH(PackedDoubledLineToYuy2)(row, below, dst, strips, endsAtEdge, adjust);
 }
 

@@ -16,9 +16,15 @@ namespace yuvblit {
 // doubled `below`. Every strip takes its right neighbours from the first
 // pixel pair of the next strip, except the last one when `endsAtEdge`,
 // which repeats its own last samples and reads nothing beyond itself.
-// `adjust` non-null: every sample read is adjusted first, the U and V
-// neighbours read from the next strip with their offsets exchanged.
+// How samples are adjusted as they are read: by plane, except the U and V
+// neighbours read from the next strip, which take `uNext` and `vNext`.
+struct PackedReadAdjust {
+  Adjustment own;
+  SampleAdjust uNext, vNext;
+};
+
+// `adjust` non-null: every sample read is adjusted first.
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                                 size_t strips, bool endsAtEdge, const Adjustment* adjust);
+                                 size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust);
 
 }  // namespace yuvblit

@@ -21,32 +21,16 @@ constexpr int32_t kUOffset = 2;
 constexpr int32_t kVOffset = 3;
 
 // The adjustment of the adjusting plane kernels: the luma gain for every
-// plane, the offset chosen by `plane` (none for any other value). CPUs with
-// byte permutes look samples up in a table of the 256 results: the luma
-// plane uses the one get_contrast_data filled; a chroma offset with the
-// luma gain gets its own.
-class PlaneAdjust {
- public:
-  explicit PlaneAdjust(int32_t plane) {
-    const Adjustment all = current_adjustment();
-    if (plane == kLumaOffset) {
-      adjust_ = all.luma;
-      return;
-    }
-    const int16_t offset = plane == kUOffset ? all.u.offset : plane == kVOffset ? all.v.offset : 0;
-    adjust_ = {all.luma.gain, offset};
-    for (int x = 0; x < 256; ++x) table_[x] = adjust_sample(static_cast<uint8_t>(x), adjust_);
-    adjust_.table = table_;
-  }
-  PlaneAdjust(const PlaneAdjust&) = delete;
-  PlaneAdjust& operator=(const PlaneAdjust&) = delete;
-
-  SampleAdjust get() const { return adjust_; }
-
- private:
-  alignas(64) uint8_t table_[256];
-  SampleAdjust adjust_;
-};
+// plane, the offset chosen by `plane` (none for any other value), with its
+// own table (a chroma offset with the luma gain has none).
+SampleAdjust plane_adjust(int32_t plane) {
+  const Adjustment all = current_adjustment();
+  const int16_t offset = plane == kLumaOffset ? all.luma.offset
+                         : plane == kUOffset  ? all.u.offset
+                         : plane == kVOffset  ? all.v.offset
+                                              : 0;
+  return {all.luma.gain, offset};
+}
 
 // Widths as the walks count them: a negative width, whose group counters
 // would wrap, acts as 0.
@@ -123,7 +107,7 @@ YUVBLIT_API void strech_pic_1X2_adjust(unsigned char* src, unsigned char* dst, i
                                        int32_t height, int32_t srcPitch, int32_t dstPitch,
                                        tag_ajust_contrast_info* adjust, int32_t plane) {
   (void)adjust;
-  const PlaneAdjust planeAdjust(plane);
+  const TabledSampleAdjust planeAdjust(plane_adjust(plane));
   const SampleAdjust a = planeAdjust.get();
   const int32_t w = counted_width(width);
   const size_t shortLine = 8 * passes(static_cast<uint32_t>(w), 8);
@@ -188,7 +172,7 @@ YUVBLIT_API void strech_pic_2X2_adjust(unsigned char* src, unsigned char* dst, i
                                        int32_t height, int32_t srcPitch, int32_t dstPitch,
                                        tag_ajust_contrast_info* adjust, int32_t plane) {
   (void)adjust;
-  const PlaneAdjust planeAdjust(plane);
+  const TabledSampleAdjust planeAdjust(plane_adjust(plane));
   const SampleAdjust a = planeAdjust.get();
   const int32_t w = counted_width(width);
   const size_t shortGroups = passes(static_cast<uint32_t>(w), 8);
