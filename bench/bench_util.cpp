@@ -264,4 +264,13 @@ void register_roofline_copy(const Format& format) {
       });
 }
 
+const OverlayShape kMenuOverlay{"menu",
+                                {{0.10, 0.08, 0.90, 0.16},
+                                 {0.35, 0.40, 0.65, 0.46},
+                                 {0.35, 0.50, 0.65, 0.56},
+                                 {0.35, 0.60, 0.65, 0.66},
+                                 {0.35, 0.70, 0.65, 0.76}},
+                                4};
+const OverlayShape kOpaqueOverlay{"opaque", {{0.0, 0.0, 1.0, 1.0}}, 4};
+
 }  // namespace yuvblit_bench

@@ -179,6 +179,12 @@ struct OverlayShape {
   uint8_t alpha(Size size, int32_t x, int32_t y) const;
 };
 
+// The overlays the subpicture benchmarks use: a menu (a title bar and a
+// column of four buttons, about 14% of the picture) and one covering the
+// whole picture, softening towards its edges.
+extern const OverlayShape kMenuOverlay;
+extern const OverlayShape kOpaqueOverlay;
+
 // An AYUY2 subpicture, laid out like PlanarFrame (one page-aligned block,
 // planes starting on 64 bytes, subPitch covering whole 16-pixel groups):
 // alpha and Y planes with rows subPitch apart, U and V planes with one

@@ -32,17 +32,9 @@ namespace {
 
 using MixKernel = void (*)(tagMIX_INFO*);
 
-const OverlayShape kMenu{"menu",
-                         {{0.10, 0.08, 0.90, 0.16},
-                          {0.35, 0.40, 0.65, 0.46},
-                          {0.35, 0.50, 0.65, 0.56},
-                          {0.35, 0.60, 0.65, 0.66},
-                          {0.35, 0.70, 0.65, 0.76}},
-                         4};
-const OverlayShape kOpaque{"opaque", {{0.0, 0.0, 1.0, 1.0}}, 4};
 
 void register_kernel(const char* name, MixKernel kernel, const Format& format, bool adjusting) {
-  for (const OverlayShape* shape : {&kMenu, &kOpaque}) {
+  for (const OverlayShape* shape : {&kMenuOverlay, &kOpaqueOverlay}) {
     register_sizes(
         std::string(name) + "/" + shape->name, format,
         [kernel, format, adjusting, shape](Size size, benchmark::State& state) -> Body {
@@ -81,7 +73,7 @@ using LibyuvI422ToRgb = int (*)(const uint8_t* srcY, int strideY, const uint8_t*
 
 void register_libyuv(const char* name, LibyuvI422ToRgb convert, const Format& format) {
   register_sizes(name, format, [convert, format](Size size, benchmark::State&) -> Body {
-    auto sub = std::make_shared<SubpictureFrame>(size, kOpaque, 4321u);
+    auto sub = std::make_shared<SubpictureFrame>(size, kOpaqueOverlay, 4321u);
     auto dst = std::make_shared<Surface>(size, format);
     return [convert, sub, dst, size]() {
       convert(sub->y, sub->subPitch, sub->u, sub->subPitch / 2, sub->v, sub->subPitch / 2,

@@ -91,17 +91,7 @@ namespace {
 
 using MixKernel = void (*)(tagMIX_INFO*);
 
-// A title bar and a column of four buttons.
-const OverlayShape kMenu{"menu",
-                         {{0.10, 0.08, 0.90, 0.16},
-                          {0.35, 0.40, 0.65, 0.46},
-                          {0.35, 0.50, 0.65, 0.56},
-                          {0.35, 0.60, 0.65, 0.66},
-                          {0.35, 0.70, 0.65, 0.76}},
-                         4};
-// The whole picture, softening towards its edges.
-const OverlayShape kOpaque{"opaque", {{0.0, 0.0, 1.0, 1.0}}, 4};
-const OverlayShape* const kOverlays[] = {&kMenu, &kOpaque};
+const OverlayShape* const kOverlays[] = {&kMenuOverlay, &kOpaqueOverlay};
 
 size_t bytes(int64_t n) { return static_cast<size_t>(n); }
 
@@ -316,8 +306,8 @@ void register_restore(const char* name, MixKernel kernel,
       name, kAlphaPlane,
       [kernel, &layout, groupPixels](Size size,
                                      benchmark::State& state) -> Body {
-        auto bitmap = alpha_bitmap(size, layout, kMenu);
-        auto sub = std::make_shared<SubpictureFrame>(size, kMenu, 4321u);
+        auto bitmap = alpha_bitmap(size, layout, kMenuOverlay);
+        auto sub = std::make_shared<SubpictureFrame>(size, kMenuOverlay, 4321u);
         fill_surface(sub->planes);
         const tagMIX_INFO info =
             alpha_record(size, groupPixels, sub->subPitch, sub->alpha, *bitmap);
@@ -336,7 +326,7 @@ void register_load_alpha(const char* name, MixKernel kernel,
   register_sizes(
       name, *layout.format,
       [kernel, &layout](Size size, benchmark::State& state) -> Body {
-        auto sub = std::make_shared<SubpictureFrame>(size, kMenu, 4321u);
+        auto sub = std::make_shared<SubpictureFrame>(size, kMenuOverlay, 4321u);
         auto bitmap = std::make_shared<Surface>(size, *layout.format);
         const tagMIX_INFO info =
             alpha_record(size, kGroupPixels, sub->subPitch, sub->alpha, *bitmap);
@@ -482,8 +472,8 @@ void register_to_i422(const char* name, const BitmapLayout& layout,
   register_sizes(
       name, kAyuy2Colour,
       [&layout, unpack](Size size, benchmark::State&) -> Body {
-        auto bitmap = drawn_bitmap(size, layout, kOpaque);
-        auto planes = std::make_shared<SubpictureFrame>(size, kOpaque, 4321u);
+        auto bitmap = drawn_bitmap(size, layout, kOpaqueOverlay);
+        auto planes = std::make_shared<SubpictureFrame>(size, kOpaqueOverlay, 4321u);
         auto row = std::make_shared<ArgbFrame>(Size{size.width, 1});
         return [bitmap, planes, row, unpack, size]() {
           const SubpictureFrame& p = *planes;
@@ -516,8 +506,8 @@ void register_bitmap_to_plane(const char* name, const BitmapLayout& layout,
                               PlaneConverter convert) {
   register_sizes(
       name, kAlphaPlane, [&layout, convert](Size size, benchmark::State&) -> Body {
-        auto bitmap = alpha_bitmap(size, layout, kMenu);
-        auto sub = std::make_shared<SubpictureFrame>(size, kMenu, 4321u);
+        auto bitmap = alpha_bitmap(size, layout, kMenuOverlay);
+        auto sub = std::make_shared<SubpictureFrame>(size, kMenuOverlay, 4321u);
         return [bitmap, sub, convert, size]() {
           convert(bitmap->data.data(), bitmap->pitch, sub->alpha, sub->subPitch,
                   size.width, size.height);
@@ -530,7 +520,7 @@ void register_plane_to_bitmap(const char* name, const BitmapLayout& layout,
   register_sizes(
       name, *layout.format,
       [&layout, convert](Size size, benchmark::State&) -> Body {
-        auto sub = std::make_shared<SubpictureFrame>(size, kMenu, 4321u);
+        auto sub = std::make_shared<SubpictureFrame>(size, kMenuOverlay, 4321u);
         auto bitmap = std::make_shared<Surface>(size, *layout.format);
         return [bitmap, sub, convert, size]() {
           convert(sub->alpha, sub->subPitch, bitmap->data.data(), bitmap->pitch,
