@@ -4,6 +4,7 @@
 # make test-i686      cross-build for 32-bit x86 and run the library's tests under qemu-i386
 # make test-aarch64   cross-build for 64-bit Arm and run the library's tests under qemu-aarch64
 # make test-sanitize  build and run every test with AddressSanitizer and UndefinedBehaviorSanitizer
+# make fuzz           fuzz the tool's YUV4MPEG2 and PNG readers with libFuzzer, FUZZ_SECONDS (600) each
 BUILD ?= build
 OUT ?= out/demo
 JOBS ?= $(shell nproc)
@@ -20,9 +21,20 @@ CROSS_DPKG_ARCH_aarch64 := arm64
 # The library and its tests only: the tool and the benchmarks are built and
 # tested on the build machine.
 CROSS_OPTIONS := -DYUVBLIT_BENCH=OFF -DYUVBLIT_TOOL=OFF
-SANITIZE_FLAGS := -O1 -g -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+# GCC's variable tracking over the sanitizers' checks in the heavily inlined
+# per-target row files makes each take minutes; without the assignment
+# tracking they build in seconds and reports keep their file and line.
+SANITIZE_FLAGS := -O1 -g -fno-var-tracking-assignments -fsanitize=address,undefined \
+  -fno-sanitize-recover=all -fno-omit-frame-pointer
 
-.PHONY: all deps deps-i686 deps-aarch64 configure build demo test bench clean test-i686 test-aarch64 test-sanitize
+# Fuzzing: clang's libFuzzer runtime, the build in FUZZ_BUILD, the targets
+# fuzz/fuzz_<reader> run from the seeds in fuzz/corpus/<reader>.
+FUZZ_PACKAGES := clang libclang-rt-dev
+FUZZ_BUILD ?= build-fuzz
+FUZZ_SECONDS ?= 600
+FUZZ_TARGETS := y4m png
+
+.PHONY: all deps deps-i686 deps-aarch64 deps-fuzz configure build demo test bench clean test-i686 test-aarch64 test-sanitize fuzz
 
 all: build
 
@@ -84,6 +96,18 @@ test-sanitize: deps
 	cmake --build build-sanitize -j $(JOBS)
 	cd build-sanitize && ASAN_OPTIONS=halt_on_error=1 UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1 \
 	  ctest --output-on-failure -j $(JOBS)
+
+deps-fuzz: deps
+	$(call install_packages,$(FUZZ_PACKAGES))
+
+# Each target runs for FUZZ_SECONDS and prints its executions and coverage;
+# a finding stops with its reproducer in $(FUZZ_BUILD)/findings/.
+fuzz: deps-fuzz
+	cmake -S . -B $(FUZZ_BUILD) -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+	  -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
+	  -DYUVBLIT_FUZZ=ON -DYUVBLIT_TESTS=OFF -DYUVBLIT_BENCH=OFF
+	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
+	@for t in $(FUZZ_TARGETS); do fuzz/run.sh $(FUZZ_BUILD) $$t $(FUZZ_SECONDS) || exit 1; done
 
 clean:
 	rm -rf $(BUILD) build-i686 build-aarch64 build-sanitize out
