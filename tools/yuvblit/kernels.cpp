@@ -487,9 +487,12 @@ Surface run_key_fill(const KernelInfo& kernel, const KernelSource& src,
                      const tag_ajust_contrast_info& adjust) {
   Surface surface = picture_surface(kernel, src, adjust);
   const int bpp = surface_format_info(surface.format).bytes_per_pixel;
+  // Whole 16-pixel groups across: the fills step rows by the width they
+  // are given but write whole groups, so other widths drift right.
   const int left = round_up(src.run_width / 4, kGroupPixels), top = src.run_height / 4 & ~1;
+  const int width = std::max(src.run_width / 2 / kGroupPixels, 1) * kGroupPixels;
   std::get<KeyFillKernel>(kernel.entry)(bpp == 2 ? kGreenKey565 : kGreenKey,
-                                        surface.row(top) + bpp * left, src.run_width / 2,
+                                        surface.row(top) + bpp * left, width,
                                         src.run_height / 2, 0, surface.pitch);
   return surface;
 }
@@ -666,9 +669,9 @@ constexpr const char* kSubToRgbDetails =
 
 constexpr const char* kKeyFillDetails =
     "Over the picture as the matching loadimage_rgb kernel draws it, the "
-    "green key filled into a rectangle half the picture's size, from a "
-    "quarter in; it rounds the width up to whole 16-pixel groups and the "
-    "height up to whole row pairs.";
+    "green key filled into a rectangle of about half the picture's size "
+    "(whole 16-pixel groups across, whole row pairs down), from a quarter "
+    "in.";
 
 constexpr const char* kPackedDoublingDetails =
     "Run on the frame packed as YUY2 by libswscale, rows exactly their width "
