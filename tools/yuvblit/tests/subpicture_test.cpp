@@ -72,6 +72,10 @@ TEST(OverlayPng, RefusesWhatItCannotMixWithOneLineNamingTheFile) {
       {dir.file(""), ": is a directory"},
       {dir.write("text.png", "not a png at all"), "text.png: not a readable PNG ("},
       {dir.write("cut.png", whole.substr(0, whole.size() - 20)), "cut.png: damaged PNG ("},
+      // Signature and header, then a text chunk claiming 32 MiB: refused
+      // before the decoder would allocate that much.
+      {dir.write("claims.png", whole.substr(0, 33) + std::string("\x02\0\0\0tEXtkey\0v", 12)),
+       "claims.png: damaged PNG (the tEXt chunk runs past the end of the file)"},
       {rgb, "rgb.png: has no transparency"},
       {deep, "deep.png: has 16 bits per channel (need 8)"},
       {big, "big.png: 5x2 is larger than the 4x4 frame"},

@@ -125,6 +125,10 @@ TEST(Y4mFrames, NamesTheDamagedFrameAndWhatIsWrong) {
     EXPECT_EQ(error_for(good + c.tail), c.message);
   }
   EXPECT_EQ(error_for(good + next), "");
+  // A huge frame size with a few bytes is refused as truncated, without
+  // first allocating the whole frame (checked by the fuzz target's limits).
+  EXPECT_EQ(error_for(y4m_header(16384, 16384) + "FRAME\n" + std::string(100, 'x')),
+            "clip.y4m: frame 1 is truncated (got 100 of 402653184 bytes)");
 }
 
 }  // namespace
