@@ -60,7 +60,7 @@ def y4m_seeds():
         "negative": b"YUV4MPEG2 W-16 H16\n",
         "no_height": b"YUV4MPEG2 W16\n",
         "bad_rate": y4m(4, 2, 1, " F30:0"),
-        "bad_aspect": y4m(4, 2, 1, " A1"),
+        "bad_pixel_ratio": y4m(4, 2, 1, " A1"),
         "bad_interlace": y4m(4, 2, 1, " Ix"),
         # Chroma tags other than 8-bit 4:2:0.
         "c422": y4m(4, 2, 1, " C422"),

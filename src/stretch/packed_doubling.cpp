@@ -19,7 +19,7 @@ namespace {
 // exactly, so only widths that are multiples of 32 and at least 64 end;
 // for any other width the library writes nothing.
 void double_packed(const uint8_t* src, uint8_t* dst, int32_t width, int32_t height,
-                   int32_t dstPitch, const PackedReadAdjust* adjust) {
+                   int32_t dstPitch, const Adjustment* adjust) {
   if (width < 64 || width % 32 != 0) return;
   const size_t strips = static_cast<size_t>(width) / 32;
   // Odd heights: the pair loop rounds up, one row past the picture, and
@@ -62,14 +62,9 @@ YUVBLIT_API void yuy2_strech_picture_2X2_yuy2_ajust(void* src, void* /*srcU*/, v
                                                     int32_t dstPitch,
                                                     tag_ajust_contrast_info* /*adjust*/) {
   if (height < 8) return;
-  // The chroma neighbours from the next strip take the chroma gain with the
-  // other chroma offset.
   const Adjustment a = current_adjustment();
-  const TabledSampleAdjust uNext(SampleAdjust{a.u.gain, a.v.offset});
-  const TabledSampleAdjust vNext(SampleAdjust{a.v.gain, a.u.offset});
-  const PackedReadAdjust read{a, uNext.get(), vNext.get()};
   double_packed(static_cast<const uint8_t*>(src), static_cast<uint8_t*>(dst), width, height,
-                dstPitch, &read);
+                dstPitch, &a);
 }
 
 }  // extern "C"

@@ -130,12 +130,10 @@ void LineAdjusting(const uint8_t* row, const uint8_t* below, uint8_t* dst, size_
 }
 
 void PackedDoubledLineToYuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                             size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust) {
+                             size_t strips, bool endsAtEdge, const Adjustment* adjust) {
   if (!adjust) return LineAdjusting<false>(row, below, dst, strips, endsAtEdge, ReadAdjust{});
-  const AdjustmentLookup own(adjust->own);
-  const SampleLookup uNext(adjust->uNext);
-  const SampleLookup vNext(adjust->vNext);
-  LineAdjusting<true>(row, below, dst, strips, endsAtEdge, ReadAdjust{&own, &uNext, &vNext});
+  const AdjustmentLookup own(*adjust);
+  LineAdjusting<true>(row, below, dst, strips, endsAtEdge, ReadAdjust{&own, &own.v, &own.u});
 }
 
 }  // namespace HWY_NAMESPACE
@@ -148,7 +146,7 @@ namespace yuvblit {
 HWY_EXPORT(PackedDoubledLineToYuy2);
 
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                                 size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust) {
+                                 size_t strips, bool endsAtEdge, const Adjustment* adjust) {
   HWY_DYNAMIC_DISPATCH(PackedDoubledLineToYuy2)(row, below, dst, strips, endsAtEdge, adjust);
 }
 

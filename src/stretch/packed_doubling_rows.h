@@ -16,15 +16,11 @@ namespace yuvblit {
 // doubled `below`. Every strip takes its right neighbours from the first
 // pixel pair of the next strip, except the last one when `endsAtEdge`,
 // which repeats its own last samples and reads nothing beyond itself.
-// How samples are adjusted as they are read: by plane, except the U and V
-// neighbours read from the next strip, which take `uNext` and `vNext`.
-struct PackedReadAdjust {
-  Adjustment own;
-  SampleAdjust uNext, vNext;
-};
-
-// `adjust` non-null: every sample read is adjusted first.
+// `adjust` non-null: every sample read is adjusted first, the U and V
+// neighbours read from the next strip with their offsets exchanged (the
+// chroma gain is common, so the U neighbour takes the V adjustment and the
+// V neighbour the U adjustment).
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
-                                 size_t strips, bool endsAtEdge, const PackedReadAdjust* adjust);
+                                 size_t strips, bool endsAtEdge, const Adjustment* adjust);
 
 }  // namespace yuvblit
