@@ -161,6 +161,27 @@ std::shared_ptr<Surface> alpha_bitmap(Size size, const BitmapLayout& layout,
 
 // ------------------------------------------------------------------ mixers
 
+// The record of a mixer: the picture, the subpicture and a surface of
+// `size` output pixels at dst.
+tagMIX_INFO mixer_record(const PlanarFrame& picture, const SubpictureFrame& sub, Size size,
+                         uint8_t* dst, int32_t dstPitch) {
+  tagMIX_INFO info{};
+  info.picturePitch = picture.pitch;
+  info.subPitch = sub.subPitch;
+  info.dstPitch = dstPitch;
+  info.width = size.width;
+  info.height = size.height;
+  info.pictureY = picture.y;
+  info.pictureV = picture.v;
+  info.pictureU = picture.u;
+  info.subAlpha = sub.alpha;
+  info.subY = sub.y;
+  info.subV = sub.v;
+  info.subU = sub.u;
+  info.dst = dst;
+  return info;
+}
+
 // Registers <name>/<overlay>/WxH for both overlays. `fieldPicture`: the
 // kernel reads a picture of half the output's rows.
 void register_mixer(const char* name, MixKernel kernel, const Format& format,
@@ -176,20 +197,7 @@ void register_mixer(const char* name, MixKernel kernel, const Format& format,
           auto sub = std::make_shared<SubpictureFrame>(size, *shape, 4321u);
           auto dst = std::make_shared<Surface>(size, format);
           auto adjust = kernel_record(true);
-          tagMIX_INFO info{};
-          info.picturePitch = picture->pitch;
-          info.subPitch = sub->subPitch;
-          info.dstPitch = dst->pitch;
-          info.width = size.width;
-          info.height = size.height;
-          info.pictureY = picture->y;
-          info.pictureV = picture->v;
-          info.pictureU = picture->u;
-          info.subAlpha = sub->alpha;
-          info.subY = sub->y;
-          info.subV = sub->v;
-          info.subU = sub->u;
-          info.dst = dst->data.data();
+          tagMIX_INFO info = mixer_record(*picture, *sub, size, dst->data.data(), dst->pitch);
           info.adjust = adjust.get();
           Body body = [kernel, info, picture, sub, dst, adjust]() {
             tagMIX_INFO fresh = info;
@@ -219,20 +227,8 @@ void register_yv12_mixer(const char* name, MixKernel kernel, bool fieldPicture) 
           auto dst = std::make_shared<Buffer>(lumaBytes + 2 * chromaBytes);
           fill_surface(*dst);
           kernel_record(true);  // loads the adjustment the adjusting kernel reads
-          tagMIX_INFO info{};
-          info.picturePitch = picture->pitch;
-          info.subPitch = sub->subPitch;
-          info.dstPitch = pitch;
-          info.width = size.width;
-          info.height = size.height;  // output rows, for the field kernel too
-          info.pictureY = picture->y;
-          info.pictureV = picture->v;
-          info.pictureU = picture->u;
-          info.subAlpha = sub->alpha;
-          info.subY = sub->y;
-          info.subV = sub->v;
-          info.subU = sub->u;
-          info.dst = dst->data();
+          // Output rows, for the field kernel too.
+          tagMIX_INFO info = mixer_record(*picture, *sub, size, dst->data(), pitch);
           info.dstV = dst->data() + lumaBytes;
           info.dstU = info.dstV + chromaBytes;
           Body body = [kernel, info, picture, sub, dst]() {
