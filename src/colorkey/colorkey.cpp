@@ -38,23 +38,40 @@ KeyWords rgb16_words(uint32_t key) {
 // rows of the pair; the pair ends with a step computed from `width`, so
 // other widths drift right. Nothing at all for height 0; otherwise
 // ceil(width / 16) steps (at least one) and ceil(height / 2) pairs, both
-// counted as unsigned.
+// counted as unsigned. When no two rows can share a byte, whole rows are
+// filled, many per row-operation call; otherwise step by step in order.
 void fill_key(void* dst, int32_t width, int32_t height, int32_t dstPitch,
               int32_t bytesPerPixel, const KeyWords& key) {
   if (height == 0) return;
   const KeyTile tile(key.words);
   const size_t groupBytes = 16 * static_cast<size_t>(bytesPerPixel);
   const size_t groups = passes(static_cast<uint32_t>(width), 16);
+  const size_t rowBytes = groupBytes * groups;
+  const int64_t pairDrift = 2 * int64_t{dstPitch} - int64_t{bytesPerPixel} * width;
+  const int64_t pairStep = static_cast<int64_t>(rowBytes) + wrap32(pairDrift);
   uint8_t* first = static_cast<uint8_t*>(dst);
   uint32_t rows = static_cast<uint32_t>(height);
+  if (alternating_runs_disjoint(dstPitch, pairStep - dstPitch, rowBytes)) {
+    RowBatch batch([&](uint8_t* const* starts, size_t count) {
+      fill_key_rows(starts, count, rowBytes, tile);
+    });
+    do {
+      batch.add(first);
+      batch.add(step(first, dstPitch));
+      first = step(first + rowBytes, pairDrift);
+    } while (more(rows, 2));
+    batch.finish();
+    return;
+  }
   do {
     uint8_t* second = step(first, dstPitch);
-    run_row_groups({first, second}, groupBytes, groups, [&](size_t g, size_t n) {
-      fill_key_row(first + groupBytes * g, groupBytes * n, tile);
-      fill_key_row(second + groupBytes * g, groupBytes * n, tile);
-    });
-    first = step(first + groupBytes * groups,
-                 2 * int64_t{dstPitch} - int64_t{bytesPerPixel} * width);
+    for (size_t g = 0; g < groups; ++g) {
+      fill_key_rows(&first, 1, groupBytes, tile);
+      uint8_t* at = second + groupBytes * g;
+      fill_key_rows(&at, 1, groupBytes, tile);
+      first += groupBytes;
+    }
+    first = step(first, pairDrift);
   } while (more(rows, 2));
 }
 

@@ -15,17 +15,23 @@ namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
 // Fills [0, bytes) with vectors of tag d when the run holds at least one.
-// Byte i of the run is byte i % 24 of the pattern, so three vectors in a
-// row cover whole periods and repeat; the last vector ends exactly at the
-// run's end, storing again bytes that hold the same values.
+// Byte i of the run is byte i % 24 of the pattern. One unaligned vector
+// covers the head; the body then stores at addresses aligned to the vector
+// (at most a cache line), so no store splits a line, from the pattern read
+// at the matching phase; three vectors in a row cover whole periods and
+// repeat. The last vector ends exactly at the run's end; overlapping stores
+// write again bytes that hold the same values.
 template <class D>
 HWY_INLINE bool FillInVectors(D d, uint8_t* dst, size_t bytes, const uint8_t* tile) {
   const size_t n = hn::Lanes(d);
   if (bytes < n) return false;
-  const auto v0 = hn::LoadU(d, tile);
-  const auto v1 = hn::LoadU(d, tile + n);
-  const auto v2 = hn::LoadU(d, tile + 2 * n);
-  size_t i = 0;
+  hn::StoreU(hn::LoadU(d, tile), d, dst);
+  const size_t align = HWY_MIN(n, size_t{64});
+  size_t i = align - reinterpret_cast<uintptr_t>(dst) % align;
+  const uint8_t* phased = tile + i % 24;
+  const auto v0 = hn::LoadU(d, phased);
+  const auto v1 = hn::LoadU(d, phased + n);
+  const auto v2 = hn::LoadU(d, phased + 2 * n);
   for (; i + 3 * n <= bytes; i += 3 * n) {
     hn::StoreU(v0, d, dst + i);
     hn::StoreU(v1, d, dst + i + n);
@@ -43,9 +49,11 @@ HWY_INLINE bool FillInVectors(D d, uint8_t* dst, size_t bytes, const uint8_t* ti
   return true;
 }
 
-void FillKeyRow(uint8_t* dst, size_t bytes, const KeyTile& tile) {
-  if (FillInVectors(hn::ScalableTag<uint8_t>(), dst, bytes, tile.bytes)) return;
-  FillInVectors(hn::CappedTag<uint8_t, 32>(), dst, bytes, tile.bytes);  // runs hold 32 or more
+void FillKeyRows(uint8_t* const* rows, size_t count, size_t bytes, const KeyTile& tile) {
+  for (size_t r = 0; r < count; ++r) {
+    if (FillInVectors(hn::ScalableTag<uint8_t>(), rows[r], bytes, tile.bytes)) continue;
+    FillInVectors(hn::CappedTag<uint8_t, 32>(), rows[r], bytes, tile.bytes);  // runs hold 32 or more
+  }
 }
 
 void ReplaceMaskRow(uint8_t* dst, const uint8_t* mask, size_t groups, uint8_t maskValue,
@@ -72,11 +80,11 @@ KeyTile::KeyTile(const uint64_t (&words)[3]) {
   }
 }
 
-HWY_EXPORT(FillKeyRow);
+HWY_EXPORT(FillKeyRows);
 HWY_EXPORT(ReplaceMaskRow);
 
-void fill_key_row(uint8_t* dst, size_t bytes, const KeyTile& tile) {
-  HWY_DYNAMIC_DISPATCH(FillKeyRow)(dst, bytes, tile);
+void fill_key_rows(uint8_t* const* rows, size_t count, size_t bytes, const KeyTile& tile) {
+  HWY_DYNAMIC_DISPATCH(FillKeyRows)(rows, count, bytes, tile);
 }
 void replace_mask_row(uint8_t* dst, const uint8_t* mask, size_t groups, uint8_t maskValue,
                       uint8_t key) {

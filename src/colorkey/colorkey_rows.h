@@ -9,19 +9,20 @@
 namespace yuvblit {
 
 // A fill pattern of three 8-byte little-endian words, repeating every 24
-// bytes, laid out over three vectors of the widest target (256 bytes), a
-// whole number of periods: a row operation of any target loads its pattern
-// vectors from it. Built once per call, so rows do not rebuild it.
+// bytes, laid out over one period more than three vectors of the widest
+// target (256 bytes): a row operation of any target loads its pattern
+// vectors from it at any phase. Built once per call, so rows do not rebuild it.
 struct KeyTile {
-  static constexpr size_t kBytes = 32 * 24;
+  static constexpr size_t kBytes = 33 * 24;
   alignas(64) uint8_t bytes[kBytes];
 
   explicit KeyTile(const uint64_t (&words)[3]);
 };
 
-// Writes the pattern over dst[0, bytes), starting at its first byte; bytes
-// is a multiple of 8 and at least 32.
-void fill_key_row(uint8_t* dst, size_t bytes, const KeyTile& tile);
+// Writes the pattern over rows[r][0, bytes) for each of `count` rows that
+// share no bytes, each starting at the pattern's first byte; bytes is a
+// multiple of 8 and at least 32.
+void fill_key_rows(uint8_t* const* rows, size_t count, size_t bytes, const KeyTile& tile);
 
 // For each of 16 * groups bytes: dst[i] = key where mask[i] == maskValue,
 // dst[i] unchanged elsewhere (every byte is written back). The two runs of

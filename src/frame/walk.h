@@ -67,3 +67,41 @@ inline void run_row_groups(std::initializer_list<const void*> rows,
 }
 
 }  // namespace yuvblit
+
+namespace yuvblit {
+
+// True when runs of `bytes` bytes that start at r, r + a, r + a + b,
+// r + 2a + b, r + 2a + 2b, ... (steps alternating a and b) never share a
+// byte: both steps go the same way and each is at least a run long. Walks
+// whose rows advance that way may hand many rows to one row operation.
+inline bool alternating_runs_disjoint(int64_t a, int64_t b, size_t bytes) {
+  const int64_t n = static_cast<int64_t>(bytes);
+  if (n < 0) return false;
+  return (a >= n && b >= n) || (a <= -n && b <= -n);
+}
+
+// Collects the starts of rows that share no bytes and hands them to a row
+// operation `flush(rows, count)` a batch at a time, so that one dispatched
+// call covers many rows. The rows are handed over in the order added; the
+// walk calls finish() after its last row.
+template <class Flush>
+class RowBatch {
+ public:
+  explicit RowBatch(Flush flush) : flush_(flush) {}
+  void add(uint8_t* row) {
+    rows_[count_++] = row;
+    if (count_ == kBatch) finish();
+  }
+  void finish() {
+    if (count_ != 0) flush_(rows_, count_);
+    count_ = 0;
+  }
+
+ private:
+  static constexpr size_t kBatch = 64;
+  Flush flush_;
+  uint8_t* rows_[kBatch];
+  size_t count_ = 0;
+};
+
+}  // namespace yuvblit
