@@ -5,6 +5,8 @@
 // of H(j) and H(j + 1), and the last line repeats H of the last row.
 // Source rows are packed: `width` bytes apart.
 #include <cstdlib>
+#include <cstring>
+#include <vector>
 
 #include "adjust/adjustment.h"
 #include "frame/walk.h"
@@ -34,8 +36,18 @@ void double_packed(const uint8_t* src, uint8_t* dst, int32_t width, int32_t heig
   };
   const int64_t lineBytes = 64 * static_cast<int64_t>(strips);
   if (extraRows == 0 && std::llabs(int64_t{dstPitch}) >= lineBytes) {
-    // Lines share no bytes: strip order and line order give the same bytes.
-    for (int64_t l = 0; l < 2 * rows; ++l) line(src, dst, l, strips, true);
+    // Lines share no bytes: strip order and line order give the same bytes,
+    // so every source row is doubled once, kept, and averaged with the row
+    // above it; the last line repeats the last row's.
+    std::vector<uint8_t> kept(2 * static_cast<size_t>(lineBytes));
+    uint8_t* keep[2] = {kept.data(), kept.data() + lineBytes};
+    for (int64_t j = 0; j < rows; ++j) {
+      packed_doubled_row_kept(step(src, j * width), j ? keep[(j - 1) & 1] : nullptr,
+                              step(dst, (2 * j - 1) * dstPitch), step(dst, 2 * j * dstPitch),
+                              keep[j & 1], strips, true, adjust);
+    }
+    std::memcpy(step(dst, (2 * rows - 1) * dstPitch), keep[(rows - 1) & 1],
+                static_cast<size_t>(lineBytes));
     return;
   }
   for (size_t s = 0; s < strips; ++s) {

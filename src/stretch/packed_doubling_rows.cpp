@@ -4,6 +4,7 @@
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 
 #include <cstring>
+#include <type_traits>
 
 #include "hwy/highway.h"
 #include "adjust/adjust-inl.h"
@@ -122,6 +123,41 @@ void Line(const uint8_t* row, const uint8_t* below, uint8_t* dst, size_t strips,
       kAverage ? EdgeStrip(below + kStripBytes * last, belowCopy) : nullptr, a, dst + 64 * last);
 }
 
+// Source row doubled into `keep` (scratch), then copied to `line`, and
+// averaged with the kept doubled row above into `between` when there is
+// one. The stored layout is a fixed byte selection of the doubled samples,
+// so averaging stored bytes equals averaging samples before the store.
+template <class D8>
+HWY_INLINE void EmitKept(D8 d8, const uint8_t* keep, const uint8_t* above, uint8_t* between,
+                         uint8_t* line) {
+  const size_t n = hn::Lanes(d8);
+  for (size_t k = 0; k < 4; ++k) {
+    const auto h = hn::LoadU(d8, keep + k * n);
+    hn::StoreU(h, d8, line + k * n);
+    if (above) hn::StoreU(RoundedAverage(hn::LoadU(d8, above + k * n), h), d8, between + k * n);
+  }
+}
+
+template <bool kAdjust>
+void RowKept(const uint8_t* row, const uint8_t* above, uint8_t* between, uint8_t* line,
+             uint8_t* keep, size_t strips, bool endsAtEdge, const ReadAdjust& a) {
+  auto strip = [&](auto d8, const uint8_t* src, size_t s, auto fromNextStrip) {
+    hn::Vec<decltype(d8)> luma, mid, u2, v2;
+    DoublePackedRow<kAdjust, decltype(fromNextStrip)::value>(d8, src, a, luma, mid, u2, v2);
+    StoreDoubledYuy2(d8, luma, mid, u2, v2, keep + 64 * s);
+    EmitKept(d8, keep + 64 * s, above ? above + 64 * s : nullptr, between + 64 * s,
+             line + 64 * s);
+  };
+  const size_t ordinary = endsAtEdge ? strips - 1 : strips;
+  ForGroups<16>(ordinary, [&](auto d8, size_t s) {
+    strip(d8, row + kStripBytes * s, s, std::true_type());
+  });
+  if (!endsAtEdge) return;
+  alignas(16) uint8_t rowCopy[kStripBytes + 4];
+  strip(hn::CappedTag<uint8_t, 16>(), EdgeStrip(row + kStripBytes * (strips - 1), rowCopy),
+        strips - 1, std::false_type());
+}
+
 template <bool kAdjust>
 void LineAdjusting(const uint8_t* row, const uint8_t* below, uint8_t* dst, size_t strips,
                    bool endsAtEdge, const ReadAdjust& a) {
@@ -136,6 +172,15 @@ void PackedDoubledLineToYuy2(const uint8_t* row, const uint8_t* below, uint8_t* 
   LineAdjusting<true>(row, below, dst, strips, endsAtEdge, ReadAdjust{&own, &own.v, &own.u});
 }
 
+void PackedDoubledRowKept(const uint8_t* row, const uint8_t* above, uint8_t* between,
+                          uint8_t* line, uint8_t* keep, size_t strips, bool endsAtEdge,
+                          const Adjustment* adjust) {
+  if (!adjust) return RowKept<false>(row, above, between, line, keep, strips, endsAtEdge, {});
+  const AdjustmentLookup own(*adjust);
+  RowKept<true>(row, above, between, line, keep, strips, endsAtEdge,
+                ReadAdjust{&own, &own.v, &own.u});
+}
+
 }  // namespace HWY_NAMESPACE
 }  // namespace yuvblit
 HWY_AFTER_NAMESPACE();
@@ -144,10 +189,18 @@ HWY_AFTER_NAMESPACE();
 namespace yuvblit {
 
 HWY_EXPORT(PackedDoubledLineToYuy2);
+HWY_EXPORT(PackedDoubledRowKept);
 
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
                                  size_t strips, bool endsAtEdge, const Adjustment* adjust) {
   HWY_DYNAMIC_DISPATCH(PackedDoubledLineToYuy2)(row, below, dst, strips, endsAtEdge, adjust);
+}
+
+void packed_doubled_row_kept(const uint8_t* row, const uint8_t* above, uint8_t* between,
+                             uint8_t* line, uint8_t* keep, size_t strips, bool endsAtEdge,
+                             const Adjustment* adjust) {
+  HWY_DYNAMIC_DISPATCH(PackedDoubledRowKept)(row, above, between, line, keep, strips, endsAtEdge,
+                                             adjust);
 }
 
 }  // namespace yuvblit

@@ -23,4 +23,14 @@ namespace yuvblit {
 void packed_doubled_line_to_yuy2(const uint8_t* row, const uint8_t* below, uint8_t* dst,
                                  size_t strips, bool endsAtEdge, const Adjustment* adjust);
 
+// The doubled `row` (as above, without `below`) stored at `line` and kept
+// at `keep` (scratch of 64 * strips bytes); with `above` non-null (the kept
+// doubled row above), also the rounded average of the two at `between`,
+// the same bytes as the averaging form gives. Each source row is doubled
+// and adjusted once for its own line and both averaged lines beside it.
+// Sources and destinations must not share bytes.
+void packed_doubled_row_kept(const uint8_t* row, const uint8_t* above, uint8_t* between,
+                             uint8_t* line, uint8_t* keep, size_t strips, bool endsAtEdge,
+                             const Adjustment* adjust);
+
 }  // namespace yuvblit
