@@ -26,6 +26,35 @@ std::string size_name(Size s) {
 
 void Buffer::Free::operator()(uint8_t* p) const { std::free(p); }
 
+namespace {
+Placement g_placement = Placement::kStaggered;
+size_t g_buffersPlaced = 0;  // of the entry being set up
+
+// Sets the placement of the entry about to be set up.
+void begin_setup(Placement p) {
+  g_placement = p;
+  g_buffersPlaced = 0;
+}
+
+// Staggered buffers start 1344 bytes (21 cache lines) apart within a page,
+// so that no two of one entry share an offset.
+size_t next_offset() {
+  if (g_placement == Placement::kPage) return 0;
+  return (g_buffersPlaced++ * 1344) % kPage;
+}
+}  // namespace
+
+const char* placement_name(Placement p) {
+  return p == Placement::kPage ? "page" : "staggered";
+}
+Placement current_placement() { return g_placement; }
+
+size_t plane_bytes(size_t bytes) {
+  return round_up(bytes, g_placement == Placement::kPage ? kPage : kAlign);
+}
+
+Buffer::Buffer(size_t bytes) : Buffer(bytes, next_offset()) {}
+
 Buffer::Buffer(size_t bytes, size_t offset) : size_(bytes) {
   void* p = std::aligned_alloc(kPage, round_up(offset + bytes + 1, kPage));
   if (p == nullptr) throw std::bad_alloc();
@@ -38,6 +67,7 @@ size_t g_surfaceOffset = 0;
 }  // namespace
 
 size_t surface_offset() { return g_surfaceOffset; }
+size_t surface_start() { return (next_offset() + g_surfaceOffset) % kPage; }
 void set_surface_offset(size_t bytes) { g_surfaceOffset = bytes; }
 
 void Buffer::fill_random(uint32_t seed) {
@@ -58,9 +88,8 @@ PlanarFrame::PlanarFrame(Size s, uint32_t seed) : size(s) {
   // Whole row pairs, plus a spare row.
   const size_t lumaRows = round_up(static_cast<size_t>(s.height), 2) + 1;
   const size_t chromaRows = lumaRows / 2 + 1;
-  const size_t lumaBytes = round_up(lumaRows * static_cast<size_t>(pitch), kAlign);
-  const size_t chromaBytes =
-      round_up(chromaRows * static_cast<size_t>(chromaPitch), kAlign);
+  const size_t lumaBytes = plane_bytes(lumaRows * static_cast<size_t>(pitch));
+  const size_t chromaBytes = plane_bytes(chromaRows * static_cast<size_t>(chromaPitch));
   planes = Buffer(lumaBytes + 2 * chromaBytes);
   planes.fill_random(seed);
   y = planes.data();
@@ -99,10 +128,9 @@ SubpictureFrame::SubpictureFrame(Size s, const OverlayShape& shape,
     : size(s) {
   subPitch = groups_per_row(s.width) * kGroupPixels;
   rows = static_cast<int32_t>(round_up(static_cast<size_t>(s.height), 4)) + 1;
-  const size_t lumaBytes =
-      round_up(static_cast<size_t>(rows) * static_cast<size_t>(subPitch), kAlign);
-  const size_t chromaBytes = round_up(
-      static_cast<size_t>(rows) * static_cast<size_t>(subPitch / 2), kAlign);
+  const size_t lumaBytes = plane_bytes(static_cast<size_t>(rows) * static_cast<size_t>(subPitch));
+  const size_t chromaBytes =
+      plane_bytes(static_cast<size_t>(rows) * static_cast<size_t>(subPitch / 2));
   planes = Buffer(2 * lumaBytes + 2 * chromaBytes);
   planes.fill_random(seed);
   alpha = planes.data();
@@ -131,7 +159,7 @@ Surface::Surface(Size s, const Format& format) {
   rows = (static_cast<int32_t>(round_up(static_cast<size_t>(s.height), 2)) + 2) *
          format.rowsPerPicRow;
   data = Buffer(static_cast<size_t>(pitch) * static_cast<size_t>(rows),
-                surface_offset());
+                surface_start());
   fill_surface(data);
 }
 
@@ -158,21 +186,24 @@ void register_sizes(const std::string& name, const Format& output,
   std::string label = output.name;
   if (note != nullptr && *note != '\0') label += std::string("; ") + note;
   for (const Size size : kSizes) {
-    const std::string full = name + "/" + size_name(size);
-    benchmark::RegisterBenchmark(
-        full.c_str(),
-        [setup, output, size, label](benchmark::State& state) {
-          const Body body = setup(size, state);
-          if (!body) return;
-          body();  // warm caches and page tables before timing
-          for (auto _ : state) {
-            body();
-            benchmark::ClobberMemory();
-          }
-          set_rate_counters(state, size, output.bytes_written(size));
-          state.SetLabel(label);
-        })
-        ->Unit(benchmark::kMicrosecond);
+    for (const Placement placement : {Placement::kStaggered, Placement::kPage}) {
+      const std::string full = name + "/" + size_name(size) + "/" + placement_name(placement);
+      benchmark::RegisterBenchmark(
+          full.c_str(),
+          [setup, output, size, label, placement](benchmark::State& state) {
+            begin_setup(placement);
+            const Body body = setup(size, state);
+            if (!body) return;
+            body();  // warm caches and page tables before timing
+            for (auto _ : state) {
+              body();
+              benchmark::ClobberMemory();
+            }
+            set_rate_counters(state, size, output.bytes_written(size));
+            state.SetLabel(label);
+          })
+          ->Unit(benchmark::kMicrosecond);
+    }
   }
 }
 
@@ -255,7 +286,7 @@ void register_roofline_copy(const Format& format) {
       [format](Size size, benchmark::State&) -> Body {
         const size_t bytes = static_cast<size_t>(format.bytes_written(size));
         auto src = std::make_shared<Buffer>(bytes);
-        auto dst = std::make_shared<Buffer>(bytes, surface_offset());
+        auto dst = std::make_shared<Buffer>(bytes, surface_start());
         src->fill_random(99u);
         dst->fill(0);
         return [src, dst, bytes]() {

@@ -13,7 +13,8 @@
 // that allocates its buffers and returns the per-frame body (checked_body()
 // applies the untouched-destination check to it).
 //
-// Every entry is named <name>/<width>x<height> and reports pixels/s over
+// Every entry is named <name>/<width>x<height>/<placement> (both placements,
+// see Placement) and reports pixels/s over
 // width x height, plus bytes_per_second over the bytes the kernel writes, so
 // a kernel, its peers and the copy roofline can be compared line by line
 // (bench/ratios.py turns a JSON run into that table, with --peer giving
@@ -47,15 +48,31 @@ std::string size_name(Size s);  // "720x480"
 
 // ------------------------------------------------------------------ buffers
 
-// Heap bytes starting `offset` bytes into a fresh page. Where buffers sit
-// relative to 4 KiB boundaries can decide how often a kernel's loads
-// falsely wait on its own stores (4K aliasing); placing every buffer
-// explicitly gives every kernel and peer the same layout in every run,
-// whatever the heap did before.
+// Where a benchmark's buffers sit relative to 4 KiB pages. Where loads and
+// stores fall at the same offset within a page, a CPU can take a load as
+// waiting on an unrelated store (4K aliasing), so every entry is measured
+// in both placements:
+//   kStaggered  each buffer starts at its own offset within a page, planes
+//               laid out inside one buffer follow each other on 64 bytes;
+//   kPage       every buffer and every plane starts on a page, as hosts'
+//               allocators usually hand out frames and surfaces.
+enum class Placement { kStaggered, kPage };
+const char* placement_name(Placement p);  // "staggered", "page"
+Placement current_placement();  // of the entry being set up
+
+// Bytes a plane laid out inside a larger buffer takes before the next one:
+// rounded up to 64 bytes, or to a page in the page placement.
+size_t plane_bytes(size_t bytes);
+
+// Heap bytes starting `offset` bytes into a fresh page; without an offset,
+// where the current placement puts the entry's next buffer. Placing every
+// buffer explicitly gives every kernel and peer the same layout in every
+// run, whatever the heap did before.
 class Buffer {
  public:
   Buffer() = default;
-  explicit Buffer(size_t bytes, size_t offset = 0);
+  explicit Buffer(size_t bytes);
+  Buffer(size_t bytes, size_t offset);
   uint8_t* data() const { return data_; }
   size_t size() const { return size_; }
   void fill_random(uint32_t seed);
@@ -70,10 +87,13 @@ class Buffer {
   size_t size_ = 0;
 };
 
-// Where a destination surface starts within its page (0 unless changed by
-// yuvblit_bench --surface_offset=N); sources always start on a page.
+// Added to where a destination surface starts within its page (0 unless
+// changed by yuvblit_bench --surface_offset=N).
 size_t surface_offset();
 void set_surface_offset(size_t bytes);
+// Where the entry's next destination surface starts within its page: the
+// placement's offset plus surface_offset().
+size_t surface_start();
 
 // Kernels work in groups of 16 pixels.
 inline constexpr int32_t kGroupPixels = 16;
@@ -82,8 +102,8 @@ inline int32_t groups_per_row(int32_t width) {
 }
 
 // A planar 4:2:0 source with random samples, laid out as decoders commonly
-// hand frames over: one page-aligned block holding the Y, U and V planes in
-// turn, each starting on 64 bytes. The luma pitch covers whole 16-pixel
+// hand frames over: one block holding the Y, U and V planes in turn, placed
+// as the entry's placement says (plane_bytes()). The luma pitch covers whole 16-pixel
 // groups (chroma pitch is half of it) and every plane has a spare row below
 // the picture, so kernels that round width and height up to whole groups
 // and row pairs stay inside the allocation.
@@ -132,7 +152,7 @@ inline constexpr Format kAlphaPlane{"alpha", 16, 1};
 
 // A destination surface for `format`: pitch has room for one group beyond
 // the right edge (rounded up to 64 bytes), and there is one row pair of
-// spare rows below the picture. It starts surface_offset() into a page. Filled with a constant so first-touch page
+// spare rows below the picture. It starts surface_start() into a page. Filled with a constant so first-touch page
 // faults stay out of the timed loop.
 struct Surface {
   Surface(Size size, const Format& format);

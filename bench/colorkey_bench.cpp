@@ -77,7 +77,7 @@ void register_roofline_memset(const Format& format) {
   register_sizes(std::string("roofline_memset/") + format.name, format,
                  [format](Size size, benchmark::State&) -> Body {
                    const size_t n = bytes(format.bytes_written(size));
-                   auto dst = std::make_shared<Buffer>(n, surface_offset());
+                   auto dst = std::make_shared<Buffer>(n, surface_start());
                    dst->fill(0);
                    return [dst, n]() { std::memset(dst->data(), 0x5A, n); };
                  });

@@ -35,7 +35,7 @@ size_t bytes(int64_t n) { return static_cast<size_t>(n); }
 // A YV12 destination `lumaWidth` pixels wide: pitch has room for one group
 // beyond the right edge (rounded up to 64 bytes); the V plane follows
 // `height` luma rows, the U plane follows height/2 V rows of pitch/2, and a
-// spare luma row follows the U plane. Starts surface_offset() into a page,
+// spare luma row follows the U plane. Starts surface_start() into a page,
 // filled with kSurfaceFill.
 struct Yv12Surface {
   Yv12Surface(int32_t lumaWidth, int32_t height) {
@@ -43,7 +43,7 @@ struct Yv12Surface {
     chromaPitch = pitch / 2;
     const int64_t lumaBytes = int64_t{height} * pitch;
     const int64_t chromaBytes = int64_t{height / 2} * chromaPitch;
-    data = Buffer(bytes(lumaBytes + 2 * chromaBytes + pitch), surface_offset());
+    data = Buffer(bytes(lumaBytes + 2 * chromaBytes + pitch), surface_start());
     fill_surface(data);
     y = data.data();
     v = y + lumaBytes;
@@ -80,7 +80,7 @@ void register_loadimage_yv12() {
         const int64_t lumaBytes = int64_t{h} * w;
         const int64_t uOffset = lumaBytes - 1 + lumaBytes / 4;
         auto dst = std::make_shared<Buffer>(
-            bytes(uOffset + int64_t{h + 2} * cw + 64), surface_offset());
+            bytes(uOffset + int64_t{h + 2} * cw + 64), surface_start());
         fill_surface(*dst);
         auto record = std::make_shared<tag_ajust_contrast_info>(bench_adjustment());
         Body body = [luma, chroma, srcU, srcV, dst, record, w, h]() {

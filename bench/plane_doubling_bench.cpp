@@ -30,7 +30,7 @@ constexpr Format kYv12_2x2{"yv12_2x2", 48, 2};
 struct DoubledSurface {
   DoubledSurface(int32_t pitch, int32_t height, bool yv12)
       : pitch(pitch),
-        data(bytes(int64_t{pitch} * (2 * height + 2) * (yv12 ? 3 : 2) / 2), surface_offset()) {
+        data(bytes(int64_t{pitch} * (2 * height + 2) * (yv12 ? 3 : 2) / 2), surface_start()) {
     fill_surface(data);
   }
   int32_t pitch;

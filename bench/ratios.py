@@ -5,12 +5,17 @@
         --benchmark_out=bench.json --benchmark_out_format=json
     bench/ratios.py bench.json --ref libyuv_I420ToYUY2
 
-For every entry <name>/<W>x<H> it prints pixels/s, the ratio to the
-reference entry at the same size (entry speed / reference speed) and the
-ratio to roofline_copy/<label>/<W>x<H>, where <label> is the output format
-the entry is labelled with (up to a ';'; what follows is a note, shown after
-the entry's name). With repetitions the median is used. Rows are sorted by
-entry name, then picture size.
+Every entry is measured in two buffer placements, <name>/<W>x<H>/staggered
+(each buffer at its own offset within a page) and <name>/<W>x<H>/page
+(every buffer and plane on a page, as hosts usually allocate). For every
+entry and size it prints, per placement, pixels/s, the ratio to the
+reference entry at the same size and placement (entry speed / reference
+speed) and the ratio to roofline_copy/<label>/<W>x<H> in that placement,
+where <label> is the output format the entry is labelled with (up to a ';';
+what follows is a note, shown after the entry's name); then what the page
+placement costs: its time over the staggered time, minus one. With
+repetitions the median is used. Rows are sorted by entry name, then picture
+size. Entries named without a placement are shown as staggered.
 
 Entries can have peers of their own: each --peer PATTERN=PEER (repeatable;
 PATTERN a shell-style wildcard matched against the entry name without
@@ -56,9 +61,17 @@ def load(path):
     return runs
 
 
+PLACEMENTS = ("staggered", "page")
+
+
 def split(name):
-    base, _, size = name.rpartition("/")
-    return base, size
+    """(base, size, placement) of <base>/<W>x<H>[/<placement>]."""
+    head, _, last = name.rpartition("/")
+    placement = "staggered"
+    if last in PLACEMENTS:
+        placement = last
+        head, _, last = head.rpartition("/")
+    return head, last, placement
 
 
 def parse_peer(text):
@@ -99,15 +112,16 @@ def main():
         return args.ref
 
     runs = [load(path) for path in args.json]
-    if args.peer:
-        print("| entry | size | Mpixels/s | peer | vs peer | vs copy roofline |")
-        print("|---|---|---:|---|---:|---:|")
-    else:
-        print("| entry | size | Mpixels/s | vs %s | vs copy roofline |" % args.ref)
-        print("|---|---|---:|---:|---:|")
+    peer_head = " peer |" if args.peer else ""
+    ref_head = "vs peer" if args.peer else "vs %s" % args.ref
+    cols = []
+    for p in PLACEMENTS:
+        cols += ["%s Mpixels/s" % p, "%s %s" % (p, ref_head), "%s vs copy roofline" % p]
+    print("| entry | size |%s %s | page cost |" % (peer_head, " | ".join(cols)))
+    print("|---|---|%s%s---:|" % ("---|" if args.peer else "", "---:|" * len(cols)))
 
-    def order(name):
-        base, size = split(name)
+    def order(key):
+        base, size = key
         w, _, h = size.partition("x")
         pixels = int(w) * int(h) if w.isdigit() and h.isdigit() else 0
         return (base, pixels)
@@ -116,46 +130,59 @@ def main():
         values = [v for v in values if v is not None]
         return statistics.median(values) if values else None
 
-    names = set()
+    def fmt(v, pattern="%.2f"):
+        return pattern % v if v is not None else "-"
+
+    keys = set()
     for r in runs:
-        names.update(r)
-    for name in sorted(names, key=order):
-        base, size = split(name)
+        for name in r:
+            base, size, _ = split(name)
+            keys.add((base, size))
+
+    def entry(r, base, size, placement):
+        b = r.get("%s/%s/%s" % (base, size, placement))
+        if b is None and placement == "staggered":
+            b = r.get("%s/%s" % (base, size))
+        return b if b is not None and b.get("pixels/s") is not None else None
+
+    for base, size in sorted(keys, key=order):
         if base.startswith("roofline_copy/"):
             continue
         if args.only and not any(fnmatch.fnmatchcase(base, p) for p in args.only):
             continue
         peer = peer_of(base)
-        rates, ref_ratios, roof_ratios = [], [], []
-        label = None
+        cells, label, found, costs = [], "", False, []
+        for placement in PLACEMENTS:
+            rates, ref_ratios, roof_ratios = [], [], []
+            for r in runs:
+                b = entry(r, base, size, placement)
+                if b is None:
+                    continue
+                rate = b["pixels/s"]
+                label = b.get("label", "")
+                fmt_name = label.partition(";")[0].strip()
+                ref = entry(r, peer, size, placement)
+                roof = entry(r, "roofline_copy/" + fmt_name, size, placement)
+                rates.append(rate)
+                ref_ratios.append(rate / ref["pixels/s"] if ref else None)
+                roof_ratios.append(rate / roof["pixels/s"] if roof else None)
+            if rates:
+                found = True
+            rate = statistics.median(rates) if rates else None
+            cells += [fmt(rate / 1e6 if rate else None, "%.0f"), fmt(median_or_none(ref_ratios)),
+                      fmt(median_or_none(roof_ratios))]
         for r in runs:
-            b = r.get(name)
-            if b is None or b.get("pixels/s") is None:
-                continue
-            rate = b["pixels/s"]
-            label = b.get("label", "")
-            fmt = label.partition(";")[0].strip()
-            ref = r.get("%s/%s" % (peer, size))
-            roof = r.get("roofline_copy/%s/%s" % (fmt, size))
-            rates.append(rate)
-            ref_ratios.append(rate / ref["pixels/s"] if ref and ref.get("pixels/s") else None)
-            roof_ratios.append(rate / roof["pixels/s"] if roof and roof.get("pixels/s") else None)
-        if not rates:
+            s_, p_ = entry(r, base, size, "staggered"), entry(r, base, size, "page")
+            if s_ and p_:
+                costs.append(s_["pixels/s"] / p_["pixels/s"] - 1)
+        if not found:
             continue
-        rate = statistics.median(rates)
-        ref_ratio = median_or_none(ref_ratios)
-        roof_ratio = median_or_none(roof_ratios)
         note = label.partition(";")[2].strip()
         shown = "%s (%s)" % (base, note) if note else base
-        ref_text = "%.2f" % ref_ratio if ref_ratio is not None else "-"
-        roof_text = "%.2f" % roof_ratio if roof_ratio is not None else "-"
-        if args.peer:
-            print("| %s | %s | %.0f | %s | %s | %s |" %
-                  (shown, size, rate / 1e6, peer if ref_ratio is not None else "-",
-                   ref_text, roof_text))
-        else:
-            print("| %s | %s | %.0f | %s | %s |" %
-                  (shown, size, rate / 1e6, ref_text, roof_text))
+        cost = median_or_none(costs)
+        peer_cell = " %s |" % peer if args.peer else ""
+        print("| %s | %s |%s %s | %s |" % (shown, size, peer_cell, " | ".join(cells),
+                                            "%+.0f%%" % (100 * cost) if cost is not None else "-"))
     return 0
 
 

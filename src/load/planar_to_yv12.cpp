@@ -73,13 +73,15 @@ void half_chroma_plane(const uint8_t* src, uint8_t* dst, int32_t width,
 // keeps the first row's value (its group comes later), so the pass is the
 // first row whole plus the second row's last `apart` bytes.
 // `next`: where the next pass's first row starts (null for the last pass);
-// when that row covers this pass's tail the tail is not stored.
+// what that row covers of this pass's second row is not stored.
 void copy_row_pair(const uint8_t* s0, const uint8_t* s1, uint8_t* d0,
                    int64_t apart, size_t bytes, size_t B, const uint8_t* next) {
   uint8_t* d1 = d0 + apart;
   if (!overlaps(d0, bytes, d1, bytes)) {
     copy_bytes(s0, d0, bytes);
-    copy_bytes(s1, d1, bytes);
+    // A second row that the next pass's first row overwrites whole is not
+    // stored (pitches equal to the width put every second row there).
+    if (next != d1) copy_bytes(s1, d1, bytes);
   } else if (apart > 0 && apart % static_cast<int64_t>(B) == 0) {
     copy_bytes(s0, d0, bytes);
     const bool covered = next != nullptr && next <= d0 + bytes &&

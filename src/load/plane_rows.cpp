@@ -13,15 +13,26 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Copies [0, bytes) in vectors of tag d when the run holds at least one; the
-// last vector then ends exactly at the run's end, storing again a few bytes
-// the previous vector stored (same values, as the runs do not share bytes).
+// Where stores of vectors of n bytes become aligned in dst (at most a cache
+// line): the first aligned address after dst, in (0, min(n, 64)]. A vector
+// stored unaligned at dst covers what comes before it.
+HWY_INLINE size_t AlignedStart(const uint8_t* dst, size_t n) {
+  const size_t align = HWY_MIN(n, size_t{64});
+  return align - reinterpret_cast<uintptr_t>(dst) % align;
+}
+
+// Copies [0, bytes) in vectors of tag d when the run holds at least one.
+// After one unaligned vector, stores are aligned in dst, so none splits a
+// cache line whatever the destination's offset (loads may); the last vector
+// ends exactly at the run's end. Overlapping vectors store again bytes the
+// previous one stored (same values, as the runs do not share bytes).
 template <class D>
 HWY_INLINE bool CopyInVectors(D d, const uint8_t* HWY_RESTRICT src,
                               uint8_t* HWY_RESTRICT dst, size_t bytes) {
   const size_t n = hn::Lanes(d);
   if (bytes < n) return false;
-  size_t i = 0;
+  hn::StoreU(hn::LoadU(d, src), d, dst);
+  size_t i = AlignedStart(dst, n);
   for (; i + 2 * n <= bytes; i += 2 * n) {
     const auto a = hn::LoadU(d, src + i);
     const auto b = hn::LoadU(d, src + i + n);
