@@ -52,7 +52,7 @@ void fill_key(void* dst, int32_t width, int32_t height, int32_t dstPitch,
   uint8_t* first = static_cast<uint8_t*>(dst);
   uint32_t rows = static_cast<uint32_t>(height);
   if (alternating_runs_disjoint(dstPitch, pairStep - dstPitch, rowBytes)) {
-    RowBatch batch([&](uint8_t* const* starts, size_t count) {
+    auto batch = row_batch<uint8_t*>([&](uint8_t* const* starts, size_t count) {
       fill_key_rows(starts, count, rowBytes, tile);
     });
     do {

@@ -80,15 +80,16 @@ inline bool alternating_runs_disjoint(int64_t a, int64_t b, size_t bytes) {
   return (a >= n && b >= n) || (a <= -n && b <= -n);
 }
 
-// Collects the starts of rows that share no bytes and hands them to a row
-// operation `flush(rows, count)` a batch at a time, so that one dispatched
-// call covers many rows. The rows are handed over in the order added; the
-// walk calls finish() after its last row.
-template <class Flush>
+// Collects rows that share no bytes (their starts, or whatever a row
+// operation takes per row, T) and hands them to a row operation
+// `flush(rows, count)` a batch at a time, so that one dispatched call covers
+// many rows. The rows are handed over in the order added; the walk calls
+// finish() after its last row. Made with row_batch<T>(flush).
+template <typename T, class Flush>
 class RowBatch {
  public:
   explicit RowBatch(Flush flush) : flush_(flush) {}
-  void add(uint8_t* row) {
+  void add(const T& row) {
     rows_[count_++] = row;
     if (count_ == kBatch) finish();
   }
@@ -100,8 +101,13 @@ class RowBatch {
  private:
   static constexpr size_t kBatch = 64;
   Flush flush_;
-  uint8_t* rows_[kBatch];
+  T rows_[kBatch];
   size_t count_ = 0;
 };
+
+template <typename T, class Flush>
+RowBatch<T, Flush> row_batch(Flush flush) {
+  return RowBatch<T, Flush>(flush);
+}
 
 }  // namespace yuvblit

@@ -31,7 +31,21 @@ void ajust_plane(const uint8_t* src, uint8_t* dst, int32_t width,
                          : plane == kULanes  ? all.u
                                              : all.v;
   const size_t rowBytes = 8 * passes(static_cast<uint32_t>(width), 8);
+  const int64_t rowStep = static_cast<int64_t>(rowBytes) + wrap32(int64_t{dstPitch} - width);
   uint32_t rows = static_cast<uint32_t>(height);
+  if (alternating_runs_disjoint(rowStep, rowStep, rowBytes)) {
+    // Rows share no bytes: many rows per row-operation call.
+    auto batch = row_batch<RowRun>([&](const RowRun* runs, size_t count) {
+      adjust_rows(runs, count, rowBytes, a);
+    });
+    do {
+      batch.add({src, dst});
+      src += rowBytes;
+      dst = step(dst + rowBytes, int64_t{dstPitch} - width);
+    } while (more(rows, 1));
+    batch.finish();
+    return;
+  }
   do {
     adjust_bytes(src, dst, rowBytes, a);
     src += rowBytes;

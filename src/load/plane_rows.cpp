@@ -68,14 +68,22 @@ HWY_INLINE size_t AdjustInVectors(D d, const uint8_t* src, uint8_t* dst,
   return i;
 }
 
-void AdjustRun(const uint8_t* src, uint8_t* dst, size_t bytes,
-               SampleAdjust a) {
-  const SampleLookup lookup(a);
+HWY_INLINE void AdjustRunWith(const uint8_t* src, uint8_t* dst, size_t bytes,
+                               const SampleLookup& lookup) {
   size_t i = AdjustInVectors(hn::ScalableTag<uint8_t>(), src, dst, 0, bytes, lookup);
   i = AdjustInVectors(hn::CappedTag<uint8_t, 32>(), src, dst, i, bytes, lookup);
   i = AdjustInVectors(hn::CappedTag<uint8_t, 16>(), src, dst, i, bytes, lookup);
   i = AdjustInVectors(hn::CappedTag<uint8_t, 8>(), src, dst, i, bytes, lookup);
-  for (; i < bytes; ++i) dst[i] = adjust_sample(src[i], a);
+  for (; i < bytes; ++i) dst[i] = adjust_sample(src[i], lookup.adjust);
+}
+
+void AdjustRun(const uint8_t* src, uint8_t* dst, size_t bytes, SampleAdjust a) {
+  AdjustRunWith(src, dst, bytes, SampleLookup(a));
+}
+
+void AdjustRows(const RowRun* rows, size_t count, size_t bytes, SampleAdjust a) {
+  const SampleLookup lookup(a);
+  for (size_t r = 0; r < count; ++r) AdjustRunWith(rows[r].src, rows[r].dst, bytes, lookup);
 }
 
 // The odd bytes of a u8 vector as int16 lanes 0..255 (the high byte of each
@@ -139,6 +147,7 @@ namespace yuvblit {
 
 HWY_EXPORT(CopyBytes);
 HWY_EXPORT(AdjustRun);
+HWY_EXPORT(AdjustRows);
 HWY_EXPORT(OddSamplesAdjusted);
 HWY_EXPORT(CopyGroupsInterleaved);
 
@@ -153,6 +162,9 @@ void copy_bytes(const uint8_t* src, uint8_t* dst, size_t bytes) {
 void adjust_bytes(const uint8_t* src, uint8_t* dst, size_t bytes,
                   SampleAdjust a) {
   HWY_DYNAMIC_DISPATCH(AdjustRun)(src, dst, bytes, a);
+}
+void adjust_rows(const RowRun* rows, size_t count, size_t bytes, SampleAdjust a) {
+  HWY_DYNAMIC_DISPATCH(AdjustRows)(rows, count, bytes, a);
 }
 void odd_samples_adjusted(const uint8_t* src, uint8_t* dst, size_t groups,
                           SampleAdjust a) {

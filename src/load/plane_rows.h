@@ -19,6 +19,17 @@ void copy_bytes(const uint8_t* src, uint8_t* dst, size_t bytes);
 void adjust_bytes(const uint8_t* src, uint8_t* dst, size_t bytes,
                   SampleAdjust a);
 
+// One row of a batch: where it is read and where it is written.
+struct RowRun {
+  const uint8_t* src;
+  uint8_t* dst;
+};
+
+// adjust_bytes over each of `count` rows of `bytes` bytes, in order; the
+// rows' destinations share no bytes. One call takes many rows, so the
+// adjustment is set up once for them.
+void adjust_rows(const RowRun* rows, size_t count, size_t bytes, SampleAdjust a);
+
 // Per group of 16 source samples, the 8 odd-indexed ones (1, 3, ..., 15),
 // adjusted: dst[8g + i] = adjust_sample(src[16g + 2i + 1], a). Reads 16 and
 // writes 8 bytes per group.
