@@ -4,6 +4,8 @@
 # make test-i686      cross-build for 32-bit x86 and run the library's tests under qemu-i386
 # make test-aarch64   cross-build for 64-bit Arm and run the library's tests under qemu-aarch64
 # make test-sanitize  build and run every test with AddressSanitizer and UndefinedBehaviorSanitizer
+# make windows        cross-build the library as 32- and 64-bit Windows DLLs and check their exports
+# make test-windows   run the DLLs under wine and compare every kernel's output with the Linux library's
 # make fuzz           fuzz the tool's YUV4MPEG2 and PNG readers with libFuzzer, FUZZ_SECONDS (600) each
 BUILD ?= build
 OUT ?= out/demo
@@ -21,6 +23,20 @@ CROSS_DPKG_ARCH_aarch64 := arm64
 # The library and its tests only: the tool and the benchmarks are built and
 # tested on the build machine.
 CROSS_OPTIONS := -DYUVBLIT_BENCH=OFF -DYUVBLIT_TOOL=OFF
+# Windows DLLs: Debian's MinGW-w64 cross compilers, each building Debian's
+# Highway source package (static) into its build folder, then the library
+# against it. Tested under wine; 32-bit wine is a 32-bit Linux program,
+# unpacked into the 32-bit build folder and run under qemu-i386 where the
+# kernel cannot execute it.
+WINDOWS_ARCHS := x86_64 i686
+WINDOWS_PACKAGES := g++-mingw-w64-i686 g++-mingw-w64-x86-64 wine wine64 dpkg-dev \
+  qemu-user libc6:i386
+WINDOWS_DEB_SRC := /etc/apt/sources.list.d/yuvblit-deb-src.sources
+WINDOWS_SOURCES := build-windows-sources
+WINDOWS_OPTIONS := -DYUVBLIT_TESTS=OFF -DYUVBLIT_BENCH=OFF -DYUVBLIT_TOOL=OFF
+WINDOWS_HWY_OPTIONS := -DBUILD_SHARED_LIBS=OFF -DBUILD_TESTING=OFF -DHWY_ENABLE_TESTS=OFF \
+  -DHWY_ENABLE_EXAMPLES=OFF -DHWY_ENABLE_CONTRIB=OFF
+WINE32 := build-windows-i686/wine32
 # GCC's variable tracking over the sanitizers' checks in the heavily inlined
 # per-target row files makes each take minutes; without the assignment
 # tracking they build in seconds and reports keep their file and line.
@@ -34,7 +50,8 @@ FUZZ_BUILD ?= build-fuzz
 FUZZ_SECONDS ?= 600
 FUZZ_TARGETS := y4m png
 
-.PHONY: all deps deps-i686 deps-aarch64 deps-fuzz configure build demo test bench clean test-i686 test-aarch64 test-sanitize fuzz
+.PHONY: all deps deps-i686 deps-aarch64 deps-fuzz configure build demo test bench clean test-i686 test-aarch64 test-sanitize fuzz \
+  deps-windows windows $(addprefix windows-,$(WINDOWS_ARCHS)) test-windows
 
 all: build
 
@@ -109,5 +126,61 @@ fuzz: deps-fuzz
 	cmake --build $(FUZZ_BUILD) -j $(JOBS) --target $(addprefix fuzz_,$(FUZZ_TARGETS))
 	@for t in $(FUZZ_TARGETS); do fuzz/run.sh $(FUZZ_BUILD) $$t $(FUZZ_SECONDS) || exit 1; done
 
+# The cross compilers, wine, and a deb-src entry for Highway's source
+# package (the release's own suites, beside the system's binary entries).
+deps-windows: deps
+	$(call install_packages,$(WINDOWS_PACKAGES),i386)
+	@[ -f $(WINDOWS_DEB_SRC) ] || { \
+	  [ "$$(id -u)" = 0 ] || { echo "Highway's source package needs deb-src entries: run as root to add $(WINDOWS_DEB_SRC)"; exit 1; }; \
+	  codename=$$(. /etc/os-release && echo $$VERSION_CODENAME); \
+	  printf '%s\n' "# Source packages for the Windows build (Highway)." "Types: deb-src" \
+	    "URIs: http://deb.debian.org/debian" "Suites: $$codename $$codename-updates" "Components: main" \
+	    "Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg" "" "Types: deb-src" \
+	    "URIs: http://deb.debian.org/debian-security" "Suites: $$codename-security" "Components: main" \
+	    "Signed-By: /usr/share/keyrings/debian-archive-keyring.gpg" > $(WINDOWS_DEB_SRC); \
+	  echo "Added $(WINDOWS_DEB_SRC)"; \
+	  apt-get update -qq || echo "apt-get update reported errors; using the lists it has"; }
+
+# Highway's source, the version of the installed libhwy-dev.
+$(WINDOWS_SOURCES)/highway/CMakeLists.txt: | deps-windows
+	rm -rf $(WINDOWS_SOURCES) && mkdir -p $(WINDOWS_SOURCES)
+	cd $(WINDOWS_SOURCES) && apt-get source -qq -o APT::Sandbox::User=root \
+	  highway=$$(dpkg-query -W -f='$${Version}' libhwy-dev:$$(dpkg --print-architecture))
+	mv $(WINDOWS_SOURCES)/highway-*/ $(WINDOWS_SOURCES)/highway
+
+build-windows-%/highway/lib/cmake/hwy/hwy-config.cmake: $(WINDOWS_SOURCES)/highway/CMakeLists.txt
+	cmake -S $(WINDOWS_SOURCES)/highway -B build-windows-$*/highway-build -G Ninja \
+	  -DCMAKE_BUILD_TYPE=Release -DCMAKE_TOOLCHAIN_FILE=$(CURDIR)/cmake/toolchain-mingw-$*.cmake \
+	  -DCMAKE_INSTALL_PREFIX=$(CURDIR)/build-windows-$*/highway $(WINDOWS_HWY_OPTIONS)
+	cmake --build build-windows-$*/highway-build -j $(JOBS)
+	cmake --install build-windows-$*/highway-build > /dev/null
+
+windows: $(addprefix windows-,$(WINDOWS_ARCHS))
+
+# build-windows-<arch>/libyuvblit.dll, its export table and imports checked.
+$(addprefix windows-,$(WINDOWS_ARCHS)): windows-%: build-windows-%/highway/lib/cmake/hwy/hwy-config.cmake
+	cmake -S . -B build-windows-$* -G Ninja -DCMAKE_BUILD_TYPE=Release \
+	  -DCMAKE_TOOLCHAIN_FILE=cmake/toolchain-mingw-$*.cmake $(WINDOWS_OPTIONS) \
+	  -Dhwy_DIR=$(CURDIR)/build-windows-$*/highway/lib/cmake/hwy
+	cmake --build build-windows-$* -j $(JOBS)
+	tests/windows/check_dll.sh build-windows-$*/libyuvblit.dll $*-w64-mingw32-objdump include/yuvblit.h
+
+# Debian's 32-bit wine (the version of wine64), unpacked rather than
+# installed: installed, it would take the place of 64-bit wine as `wine`.
+# Without it the 32-bit run is skipped.
+$(WINE32)/usr/lib/wine/wine: | deps-windows
+	rm -rf $(WINE32) && mkdir -p $(WINE32)/debs
+	version=$$(dpkg-query -W -f='$${Version}' wine64) && cd $(WINE32)/debs && \
+	  apt-get download -qq -o APT::Sandbox::User=root wine32:i386=$$version libwine:i386=$$version || \
+	  echo "Could not download Debian's wine32:i386 and libwine:i386: the 32-bit DLL will not run"
+	for d in $(WINE32)/debs/*.deb; do [ ! -f $$d ] || dpkg -x $$d $(WINE32); done
+	rm -rf $(WINE32)/debs
+
+# The Linux library gives the expected digests.
+test-windows: windows configure $(WINE32)/usr/lib/wine/wine
+	cmake --build $(BUILD) -j $(JOBS) --target yuvblit
+	tests/windows/run.sh $(BUILD)/libyuvblit.so $(addprefix build-windows-,$(WINDOWS_ARCHS))
+
 clean:
-	rm -rf $(BUILD) build-i686 build-aarch64 build-sanitize out
+	rm -rf $(BUILD) build-i686 build-aarch64 build-sanitize out \
+	  $(WINDOWS_SOURCES) $(addprefix build-windows-,$(WINDOWS_ARCHS))
