@@ -69,6 +69,19 @@ check() {
   failed=1
 }
 
+# emulated BITS QEMU WINE MODEL...: the program under QEMU as each CPU model
+# ("cpu target"). Wine would otherwise start the program anew outside the
+# emulator.
+emulated() {
+  local bits=$1 qemu=$2 wine=$3 cpu target
+  shift 3
+  for model in "$@"; do
+    read -r cpu target <<< "$model"
+    check "$bits DLL, $qemu -cpu $cpu ($target)" \
+      env WINELOADERNOEXEC=1 "$qemu" -cpu "$cpu" -L / "$wine" "$program"
+  done
+}
+
 for build in "$@"; do
   dll=$build/libyuvblit.dll
   case $(x86_64-w64-mingw32-objdump -f "$dll") in
@@ -88,12 +101,7 @@ for build in "$@"; do
   if [ $arch = x86_64 ]; then
     unset WINEARCH WINESERVER WINELOADERNOEXEC
     check "64-bit DLL, this CPU" "$wine64" "$program"
-    for model in "${models_x86_64[@]}"; do
-      read -r cpu target <<< "$model"
-      # Wine would otherwise start the program anew outside the emulator.
-      check "64-bit DLL, qemu-x86_64 -cpu $cpu ($target)" \
-        env WINELOADERNOEXEC=1 qemu-x86_64 -cpu "$cpu" -L / "$wine64" "$program"
-    done
+    emulated 64-bit qemu-x86_64 "$wine64" "${models_x86_64[@]}"
     continue
   fi
 
@@ -122,11 +130,7 @@ for build in "$@"; do
     echo "skip  32-bit DLL under qemu-i386: qemu-i386 is not installed (Debian's qemu-user)"
     continue
   fi
-  for model in "${models_i686[@]}"; do
-    read -r cpu target <<< "$model"
-    check "32-bit DLL, qemu-i386 -cpu $cpu ($target)" \
-      env WINELOADERNOEXEC=1 qemu-i386 -cpu "$cpu" -L / "$wine32" "$program"
-  done
+  emulated 32-bit qemu-i386 "$wine32" "${models_i686[@]}"
 done
 
 [ $failed -eq 0 ] && echo "every Windows run matches the Linux library"
