@@ -26,8 +26,7 @@ HWY_INLINE bool FillInVectors(D d, uint8_t* dst, size_t bytes, const uint8_t* ti
   const size_t n = hn::Lanes(d);
   if (bytes < n) return false;
   hn::StoreU(hn::LoadU(d, tile), d, dst);
-  const size_t align = HWY_MIN(n, size_t{64});
-  size_t i = align - reinterpret_cast<uintptr_t>(dst) % align;
+  size_t i = AlignedStart(dst, n);
   const uint8_t* phased = tile + i % 24;
   const auto v0 = hn::LoadU(d, phased);
   const auto v1 = hn::LoadU(d, phased + n);

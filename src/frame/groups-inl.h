@@ -16,6 +16,15 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
+// Where stores of vectors of n bytes become aligned in dst (at most to a
+// cache line, so that none splits one): the offset of the first aligned
+// address after dst, in (0, min(n, 64)]. Row operations store one
+// unaligned vector at dst to cover what comes before it.
+HWY_INLINE size_t AlignedStart(const uint8_t* dst, size_t n) {
+  const size_t align = HWY_MIN(n, size_t{64});
+  return align - reinterpret_cast<uintptr_t>(dst) % align;
+}
+
 // The groups left after the full vectors: at most one vector of each
 // halved width, widest first, down to a single group.
 template <size_t kLanes, size_t kLanesPerGroup, class Body>

@@ -13,14 +13,6 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Where stores of vectors of n bytes become aligned in dst (at most a cache
-// line): the first aligned address after dst, in (0, min(n, 64)]. A vector
-// stored unaligned at dst covers what comes before it.
-HWY_INLINE size_t AlignedStart(const uint8_t* dst, size_t n) {
-  const size_t align = HWY_MIN(n, size_t{64});
-  return align - reinterpret_cast<uintptr_t>(dst) % align;
-}
-
 // Copies [0, bytes) in vectors of tag d when the run holds at least one.
 // After one unaligned vector, stores are aligned in dst, so none splits a
 // cache line whatever the destination's offset (loads may); the last vector
