@@ -92,15 +92,15 @@ HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
 // look samples up in its table, which is held in four registers for as long
 // as the row operation runs: loaded once before the loop, since the
 // compiler must assume any byte store could change the table in memory.
-// Elsewhere samples are computed.
+// Elsewhere samples are computed. Which of the two is known when the code
+// is compiled, so loops carry no test of it and only one path's constants.
 #if HWY_TARGET == HWY_AVX3_DL
 struct SampleLookup {
-  explicit SampleLookup(SampleAdjust a) : adjust(a), lookup(a.table != nullptr) {
-    for (int i = 0; i < 4; ++i)
-      table[i] = lookup ? _mm512_loadu_si512(a.table + 64 * i) : _mm512_setzero_si512();
+  explicit SampleLookup(SampleAdjust a) : adjust(a) {
+    for (int i = 0; i < 4; ++i) table[i] = _mm512_loadu_si512(a.table + 64 * i);
   }
   SampleAdjust adjust;
-  bool lookup;
+  static constexpr bool lookup = true;
   __m512i table[4];
 };
 
@@ -147,7 +147,7 @@ struct AdjustmentLookup {
 // Applies one adjustment to every byte of a u8 vector.
 template <class D8>
 HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, const SampleLookup& s) {
-  if (s.lookup) return LookupBytes(d8, bytes, s);
+  if constexpr (SampleLookup::lookup) return LookupBytes(d8, bytes, s);
   const hn::Repartition<int16_t, D8> d16;
   hn::Vec<decltype(d16)> even, odd;
   SplitEvenOdd(d8, bytes, even, odd);
@@ -160,7 +160,7 @@ HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, const SampleLooku
                                      hn::Vec<hn::Repartition<int16_t, D8>>& even,
                                      hn::Vec<hn::Repartition<int16_t, D8>>& odd) {
   const hn::Repartition<int16_t, D8> d16;
-  if (s.lookup) {
+  if constexpr (SampleLookup::lookup) {
     SplitEvenOdd(d8, LookupBytes(d8, bytes, s), even, odd);
     return;
   }
@@ -174,7 +174,7 @@ template <class D16>
 HWY_INLINE hn::Vec<D16> PromoteAdjusted(D16 d16, hn::Vec<hn::Rebind<uint8_t, D16>> bytes,
                                         const SampleLookup& s) {
   const hn::Rebind<uint8_t, D16> d8;
-  if (s.lookup) return hn::PromoteTo(d16, LookupBytes(d8, bytes, s));
+  if constexpr (SampleLookup::lookup) return hn::PromoteTo(d16, LookupBytes(d8, bytes, s));
   return AdjustWide(d16, hn::PromoteTo(d16, bytes), s.adjust);
 }
 

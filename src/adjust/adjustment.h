@@ -17,8 +17,11 @@ struct AdjustmentConstants {
 
 extern AdjustmentConstants g_adjustment;
 
-// Gain and offset for one kind of sample, and optionally the 256 results
-// of that adjustment as a table (null: compute).
+// Gain and offset for one kind of sample, and the 256 results of that
+// adjustment as a table. Every adjustment a row operation applies has its
+// table (current_adjustment's, or a TabledSampleAdjust's): CPUs with byte
+// permutes always look samples up. Only the scalar arithmetic below takes
+// one without.
 struct SampleAdjust {
   int16_t gain;
   int16_t offset;

@@ -61,7 +61,7 @@ HWY_INLINE void StoreAdjustedYuy2(D8 d8, hn::Vec<D8> y, hn::Vec<DC> u, hn::Vec<D
   const hn::Repartition<int16_t, D8> d16;
 #if HWY_TARGET == HWY_AVX3_DL
   if constexpr (hn::MaxLanes(d8) == 64) {
-    if (a.luma.lookup && a.u.lookup && a.v.lookup) {
+    if constexpr (SampleLookup::lookup) {
       const __m512i luma = LookupBytes512(y.raw, a.luma);
       const __m512i chroma = _mm512_inserti64x4(LookupBytes512(ToRegister512(u.raw), a.u),
                                                 _mm512_castsi512_si256(LookupBytes512(

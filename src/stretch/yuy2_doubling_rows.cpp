@@ -134,7 +134,7 @@ template <class D8>
 HWY_INLINE hn::Vec<D8> AdjustChromaPair(D8 d8, hn::Vec<D8> s, const SampleLookup& u,
                                         const SampleLookup& v, bool nextTakesV) {
   const size_t half = hn::Lanes(d8) / 2;
-  if (u.lookup) {
+  if constexpr (SampleLookup::lookup) {
     const auto lane = hn::Iota(d8, 0);
     auto takesV = hn::Gt(lane, hn::Set(d8, static_cast<uint8_t>(half - 1)));
     if (nextTakesV) {

@@ -39,56 +39,46 @@ HWY_INLINE Coverage CoverageOf(D8 d8, hn::Vec<D8> alpha) {
   return Coverage::kMixed;
 }
 
-// With an alpha vector that lets one input through unchanged, calls
-// show(y, u, v) with that input's luma bytes and chroma bytes (one per
-// 16-bit lane of the luma) and returns true; otherwise returns false.
-template <bool kInterpolate, class D8, class Show>
-HWY_INLINE bool ShowUnmixed(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alpha,
-                            Show&& show) {
-  const hn::Rebind<uint8_t, hn::Repartition<int16_t, D8>> dc;
+// The samples a vector of groups shows before adjustment: luma bytes and
+// chroma bytes (one per pixel pair). Where the alpha bytes let one input
+// through unchanged they are that input's, read from it alone; elsewhere
+// they are blended in 16-bit lanes, each pixel's luma by its own weight and
+// each pair's chroma by the right-hand pixel's alpha or the rounded mean of
+// both raw alphas, limited to 16 either way.
+template <bool kInterpolate, bool kPairMean = false, class D8,
+          class DC = hn::Rebind<uint8_t, hn::Repartition<int16_t, D8>>>
+HWY_INLINE void ShownSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alpha,
+                             hn::Vec<D8>& y, hn::Vec<DC>& u, hn::Vec<DC>& v) {
+  const DC dc;
   switch (CoverageOf<true>(d8, alpha)) {
     case Coverage::kPicture:
-      show(LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g),
-           LoadPicture<kInterpolate>(dc, row.pictureU, 8 * g),
-           LoadPicture<kInterpolate>(dc, row.pictureV, 8 * g));
-      return true;
+      y = LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g);
+      u = LoadPicture<kInterpolate>(dc, row.pictureU, 8 * g);
+      v = LoadPicture<kInterpolate>(dc, row.pictureV, 8 * g);
+      return;
     case Coverage::kSubpicture:
-      show(hn::LoadU(d8, row.subY + 16 * g), hn::LoadU(dc, row.subU + 8 * g),
-           hn::LoadU(dc, row.subV + 8 * g));
-      return true;
+      y = hn::LoadU(d8, row.subY + 16 * g);
+      u = hn::LoadU(dc, row.subU + 8 * g);
+      v = hn::LoadU(dc, row.subV + 8 * g);
+      return;
     case Coverage::kMixed:
       break;
   }
-  return false;
-}
-
-// The mixed and adjusted samples of the groups of one vector in int16
-// lanes: luma of even and odd pixels, and U and V per pixel pair.
-template <bool kInterpolate, bool kPairMean = false, class D8,
-          class D16 = hn::Repartition<int16_t, D8>>
-HWY_INLINE void MixSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alpha,
-                           const Adjustment& a, hn::Vec<D16>& evenY, hn::Vec<D16>& oddY,
-                           hn::Vec<D16>& u, hn::Vec<D16>& v) {
-  const D16 d16;
-  const hn::Rebind<uint8_t, D16> dc;  // one chroma byte per 16-bit lane
-  hn::Vec<D16> evenA, oddA, evenP, oddP, evenS, oddS;
+  const hn::Repartition<int16_t, D8> d16;
+  hn::Vec<decltype(d16)> evenA, oddA, evenP, oddP, evenS, oddS;
   SplitEvenOdd(d8, alpha, evenA, oddA);
   SplitEvenOdd(d8, LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g), evenP, oddP);
   SplitEvenOdd(d8, hn::LoadU(d8, row.subY + 16 * g), evenS, oddS);
-  // The pair's chroma weight: the right-hand pixel's alpha, or the rounded
-  // mean of both raw alphas; limited to 16 either way.
   const auto chromaA = BlendWeight(
       d16, kPairMean ? hn::ShiftRight<1>(hn::Add(hn::Add(evenA, oddA), hn::Set(d16, 1))) : oddA);
-  evenA = BlendWeight(d16, evenA);
-  oddA = BlendWeight(d16, oddA);
-  evenY = AdjustWide(d16, Blend(d16, evenP, evenS, evenA), a.luma);
-  oddY = AdjustWide(d16, Blend(d16, oddP, oddS, oddA), a.luma);
+  y = JoinEvenOdd(d16, Blend(d16, evenP, evenS, BlendWeight(d16, evenA)),
+                  Blend(d16, oddP, oddS, BlendWeight(d16, oddA)));
   auto chroma = [&](const uint8_t* const picture[2], const uint8_t* sub) {
-    return Blend(d16, hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g)),
-                 hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA);
+    return hn::DemoteTo(dc, Blend(d16, hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g)),
+                                  hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA));
   };
-  u = AdjustWide(d16, chroma(row.pictureU, row.subU), a.u);
-  v = AdjustWide(d16, chroma(row.pictureV, row.subV), a.v);
+  u = chroma(row.pictureU, row.subU);
+  v = chroma(row.pictureV, row.subV);
 }
 
 template <bool kInterpolate>
@@ -98,17 +88,11 @@ void MixRowToYuy2T(const MixRow& rowInMemory, size_t groups, const Adjustment& a
   const MixRow row = rowInMemory;
   const AdjustmentLookup lookup(a);
   ForGroups<16>(groups, [&](auto d8, size_t g) {
-    const hn::Repartition<int16_t, decltype(d8)> d16;
-    const auto alpha = hn::LoadU(d8, row.alpha + 16 * g);
-    uint8_t* dst = row.dst + 32 * g;
-    if (ShowUnmixed<kInterpolate>(d8, row, g, alpha, [&](auto y, auto u, auto v) {
-          StoreAdjustedYuy2(d8, y, u, v, lookup, dst);
-        })) {
-      return;
-    }
-    hn::Vec<decltype(d16)> evenY, oddY, u, v;
-    MixSamples<kInterpolate>(d8, row, g, alpha, a, evenY, oddY, u, v);
-    StoreYuy2(d16, evenY, u, oddY, v, dst);
+    const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dc;
+    hn::Vec<decltype(d8)> y;
+    hn::Vec<decltype(dc)> u, v;
+    ShownSamples<kInterpolate>(d8, row, g, hn::LoadU(d8, row.alpha + 16 * g), y, u, v);
+    StoreAdjustedYuy2(d8, y, u, v, lookup, row.dst + 32 * g);
   });
 }
 
@@ -124,15 +108,15 @@ void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
   const AdjustmentLookup lookup(a);
   ForGroups<16>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
-    const auto alpha = hn::LoadU(d8, row.alpha + 16 * g);
-    hn::Vec<decltype(d16)> evenY, oddY, u, v;
-    if (!ShowUnmixed<kInterpolate>(d8, row, g, alpha, [&](auto y, auto cu, auto cv) {
-          SplitEvenOddAdjusted(d8, y, lookup.luma, evenY, oddY);
-          u = PromoteAdjusted(d16, cu, lookup.u);
-          v = PromoteAdjusted(d16, cv, lookup.v);
-        })) {
-      MixSamples<kInterpolate, kPairMean>(d8, row, g, alpha, a, evenY, oddY, u, v);
-    }
+    const hn::Rebind<uint8_t, decltype(d16)> dc;
+    hn::Vec<decltype(d8)> y;
+    hn::Vec<decltype(dc)> cu, cv;
+    ShownSamples<kInterpolate, kPairMean>(d8, row, g, hn::LoadU(d8, row.alpha + 16 * g), y, cu,
+                                          cv);
+    hn::Vec<decltype(d16)> evenY, oddY;
+    SplitEvenOddAdjusted(d8, y, lookup.luma, evenY, oddY);
+    const auto u = PromoteAdjusted(d16, cu, lookup.u);
+    const auto v = PromoteAdjusted(d16, cv, lookup.v);
     hn::Vec<decltype(d16)> gU, bU, gV, rV;
     ChromaTerms(d16, u, v, gU, bU, gV, rV);
     StoreRgb<P>(d16, evenY, oddY, gU, bU, gV, rV, format.layout, row.dst + kBpp * 16 * g);
