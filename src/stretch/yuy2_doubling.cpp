@@ -6,6 +6,9 @@
 // `width` / 2 (chroma), or on to the next row by the row steps computed
 // from `width`, so a width the steps do not cover exactly makes every
 // later line start further along by the difference.
+#include <cstddef>
+#include <type_traits>
+
 #include "adjust/adjustment.h"
 #include "frame/walk.h"
 #include "stretch/yuy2_doubling_rows.h"
@@ -31,12 +34,14 @@ struct LineGeometry {
 
 // The line schedule of the doubling kernels over luma, chroma and output
 // cursors. `op(y, u, v, dst, steps)` writes one line from the taps of
-// each plane around the cursors.
-template <class LineOp>
+// each plane around the cursors. `pairOp(y, u, v, firstDst, dst, steps)`,
+// where given, writes two lines that share their chroma in one pass: at
+// firstDst the line with y's row as it is, at dst the line with y's mix.
+template <class LineOp, class PairOp = std::nullptr_t>
 class DoublingWalk {
  public:
   DoublingWalk(void* srcY, void* srcU, void* srcV, void* dst, const LineGeometry& g,
-               LineOp op)
+               LineOp op, PairOp pairOp = nullptr)
       : y_(static_cast<const uint8_t*>(srcY)),
         u_(static_cast<const uint8_t*>(srcU)),
         v_(static_cast<const uint8_t*>(srcV)),
@@ -44,24 +49,22 @@ class DoublingWalk {
         g_(g),
         // Chroma rows are half the luma pitch apart, halved as unsigned.
         chromaPitch_(static_cast<uint32_t>(g.srcPitch) >> 1),
-        op_(op) {}
+        op_(op),
+        pairOp_(pairOp) {}
 
   // Source rows r, r + 1 with chroma row c: r / c; r mixed with the rows
   // below / c; r + 1 / c mixed with the rows below; r + 1 mixed / c mixed.
   // Leaves the cursors on rows r + 2 and c + 1.
   void pair(VerticalMix luma, VerticalMix chroma) {
-    line(kRow, kRow, false, false);
-    line(luma, kRow, true, false);
-    line(kRow, chroma, false, false);
-    line(luma, chroma, true, true);
+    row_then_mixed(luma, kRow, false);
+    row_then_mixed(luma, chroma, true);
   }
 
   // The last two rows (h - 2, h - 1) with the last chroma row: chroma is
   // not mixed and row h - 1 is written twice, so nothing below the picture
   // is read.
   void last_pair() {
-    line(kRow, kRow, false, false);
-    line(kAverage, kRow, true, false);
+    row_then_mixed(kAverage, kRow, false);
     line(kRow, kRow, false, false);
     line(kRow, kRow, false, false);
   }
@@ -71,9 +74,41 @@ class DoublingWalk {
     return LineTaps{step(row, -pitch), row, step(row, pitch), step(row, 2 * pitch), mix};
   }
 
+  // Row r as it is, then r mixed with the rows below, both over the same
+  // chroma; leaves the cursors on row r + 1 (and the next chroma row with
+  // nextChromaRow). The pair operation makes both in one pass where the
+  // second line starts on the same source bytes as the first (a pass
+  // covers the width exactly) and the two lines share no bytes.
+  void row_then_mixed(VerticalMix luma, VerticalMix chroma, bool nextChromaRow) {
+    if constexpr (!std::is_same_v<PairOp, std::nullptr_t>) {
+      const size_t bytes = g_.dstPerStep * g_.steps;
+      uint8_t* first = d_;
+      const LineTaps y = taps(y_, g_.srcPitch, luma);
+      const LineTaps u = taps(u_, chromaPitch_, chroma), v = taps(v_, chromaPitch_, chroma);
+      if (static_cast<int64_t>(16 * g_.steps) == g_.width &&
+          !overlaps(first, bytes, next_line(first), bytes)) {
+        advance(false, false);
+        pairOp_(y, u, v, first, d_, g_.steps);
+        advance(true, nextChromaRow);
+        return;
+      }
+    }
+    line(kRow, chroma, false, false);
+    line(luma, chroma, true, nextChromaRow);
+  }
+
   void line(VerticalMix luma, VerticalMix chroma, bool nextRow, bool nextChromaRow) {
     op_(taps(y_, g_.srcPitch, luma), taps(u_, chromaPitch_, chroma),
         taps(v_, chromaPitch_, chroma), d_, g_.steps);
+    advance(nextRow, nextChromaRow);
+  }
+
+  uint8_t* next_line(uint8_t* d) const {
+    return step(d, static_cast<int64_t>(g_.dstPerStep * g_.steps) +
+                       wrap32(int64_t{g_.dstPitch} - g_.dstLineBytes));
+  }
+
+  void advance(bool nextRow, bool nextChromaRow) {
     const int64_t lumaRun = 16 * static_cast<int64_t>(g_.steps);
     const int64_t chromaRun = 8 * static_cast<int64_t>(g_.steps);
     const int32_t rowStep = wrap32(int64_t{g_.srcPitch} - g_.width);
@@ -81,8 +116,7 @@ class DoublingWalk {
     const int64_t chromaStep = nextChromaRow ? half(rowStep) : -int64_t{half(g_.width)};
     u_ = step(u_, chromaRun + chromaStep);
     v_ = step(v_, chromaRun + chromaStep);
-    d_ = step(d_, static_cast<int64_t>(g_.dstPerStep * g_.steps) +
-                      wrap32(int64_t{g_.dstPitch} - g_.dstLineBytes));
+    d_ = next_line(d_);
   }
 
   const uint8_t* y_;
@@ -92,12 +126,14 @@ class DoublingWalk {
   LineGeometry g_;
   int64_t chromaPitch_;
   LineOp op_;
+  PairOp pairOp_;
 };
 
-template <class LineOp>
-DoublingWalk<LineOp> doubling_walk(void* srcY, void* srcU, void* srcV, void* dst,
-                                   const LineGeometry& g, LineOp op) {
-  return DoublingWalk<LineOp>(srcY, srcU, srcV, dst, g, op);
+template <class LineOp, class PairOp = std::nullptr_t>
+DoublingWalk<LineOp, PairOp> doubling_walk(void* srcY, void* srcU, void* srcV, void* dst,
+                                           const LineGeometry& g, LineOp op,
+                                           PairOp pairOp = nullptr) {
+  return DoublingWalk<LineOp, PairOp>(srcY, srcU, srcV, dst, g, op, pairOp);
 }
 
 // Source rows in pairs with rounded averages between them (the pair
@@ -158,11 +194,12 @@ YUVBLIT_A9(strech_picture_1X2_yuy2_ajust) {
   (void)adjust;
   if (height < 8) return;
   const Adjustment a = current_adjustment();
-  auto walk = doubling_walk(srcY, srcU, srcV, dst, vertical_geometry(width, srcPitch, dstPitch),
-                            [&a](const LineTaps& y, const LineTaps& u, const LineTaps& v,
-                                 uint8_t* d, size_t steps) {
-                              mixed_line_to_yuy2_adjusted(y, u, v, d, steps, a);
-                            });
+  auto walk = doubling_walk(
+      srcY, srcU, srcV, dst, vertical_geometry(width, srcPitch, dstPitch),
+      [&a](const LineTaps& y, const LineTaps& u, const LineTaps& v, uint8_t* d,
+           size_t steps) { mixed_line_to_yuy2_adjusted(y, u, v, d, steps, a); },
+      [&a](const LineTaps& y, const LineTaps& u, const LineTaps& v, uint8_t* first, uint8_t* d,
+           size_t steps) { mixed_line_pair_to_yuy2_adjusted(y, u, v, first, d, steps, a); });
   four_tap_schedule(walk, height);
 }
 

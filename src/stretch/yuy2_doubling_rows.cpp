@@ -59,6 +59,13 @@ HWY_INLINE hn::Vec<D8> LoadChromaPair(D8 d8, const uint8_t* u, const uint8_t* v,
 
 // ------------------------------------------------------------------ 1X2
 
+// Calls body(std::true_type()) or body(std::false_type()) as `flag` is.
+template <class Body>
+HWY_INLINE void WithFlag(bool flag, Body&& body) {
+  if (flag) return body(std::true_type());
+  body(std::false_type());
+}
+
 // A line's U and V samples (half the lanes of d8 each). The four-tap
 // filter runs on both planes at once.
 template <VerticalMix kMix, class D8, class DH>
@@ -102,21 +109,30 @@ HWY_FLATTEN void MixedLineToYuy2(const LineTaps& yRows, const LineTaps& uRows,
   });
 }
 
+// With `lumaAsIsOut` set, each group is also stored there with the luma of
+// yRows.row as it is: the two lines share the chroma, which is mixed and
+// looked up once.
 HWY_FLATTEN void MixedLineToYuy2Adjusted(const LineTaps& yRows, const LineTaps& uRows,
-                                         const LineTaps& vRows, uint8_t* dst, size_t groups,
-                                         const Adjustment a) {
+                                         const LineTaps& vRows, uint8_t* lumaAsIsOut,
+                                         uint8_t* dst, size_t groups, const Adjustment a) {
   const LineTaps y = yRows, u = uRows, v = vRows;
   const AdjustmentLookup lookup(a);
   WithMix(y.mix, [&](auto lumaMix) {
     WithMix(u.mix, [&](auto chromaMix) {
-      constexpr VerticalMix kLuma = decltype(lumaMix)::value;
-      constexpr VerticalMix kChroma = decltype(chromaMix)::value;
-      ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
-        const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dh;
-        hn::Vec<decltype(dh)> cu, cv;
-        LoadMixedChroma<kChroma>(d8, dh, u, v, kChromaPerGroup * g, cu, cv);
-        StoreAdjustedYuy2(d8, LoadMixed<kLuma>(d8, y, kLumaPerGroup * g), cu, cv, lookup,
-                          dst + 2 * kLumaPerGroup * g);
+      WithFlag(lumaAsIsOut != nullptr, [&](auto pair) {
+        constexpr VerticalMix kLuma = decltype(lumaMix)::value;
+        constexpr VerticalMix kChroma = decltype(chromaMix)::value;
+        ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+          const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dh;
+          hn::Vec<decltype(dh)> cu, cv;
+          LoadMixedChroma<kChroma>(d8, dh, u, v, kChromaPerGroup * g, cu, cv);
+          if constexpr (decltype(pair)::value) {
+            StoreAdjustedYuy2(d8, hn::LoadU(d8, y.row + kLumaPerGroup * g), cu, cv, lookup,
+                              lumaAsIsOut + 2 * kLumaPerGroup * g);
+          }
+          StoreAdjustedYuy2(d8, LoadMixed<kLuma>(d8, y, kLumaPerGroup * g), cu, cv, lookup,
+                            dst + 2 * kLumaPerGroup * g);
+        });
       });
     });
   });
@@ -302,7 +318,12 @@ void mixed_line_to_yuy2(const LineTaps& y, const LineTaps& u, const LineTaps& v,
 // value in registers need not be reloaded after each store.
 void mixed_line_to_yuy2_adjusted(const LineTaps& y, const LineTaps& u, const LineTaps& v,
                                  uint8_t* dst, size_t groups, const Adjustment& a) {
-  HWY_DYNAMIC_DISPATCH(MixedLineToYuy2Adjusted)(y, u, v, dst, groups, a);
+  HWY_DYNAMIC_DISPATCH(MixedLineToYuy2Adjusted)(y, u, v, nullptr, dst, groups, a);
+}
+void mixed_line_pair_to_yuy2_adjusted(const LineTaps& y, const LineTaps& u, const LineTaps& v,
+                                      uint8_t* lumaAsIsOut, uint8_t* dst, size_t groups,
+                                      const Adjustment& a) {
+  HWY_DYNAMIC_DISPATCH(MixedLineToYuy2Adjusted)(y, u, v, lumaAsIsOut, dst, groups, a);
 }
 void doubled_line_to_yuy2(const LineTaps& y, const LineTaps& u, const LineTaps& v,
                           uint8_t* dst, size_t groups) {

@@ -37,6 +37,14 @@ void mixed_line_to_yuy2(const LineTaps& y, const LineTaps& u, const LineTaps& v,
 void mixed_line_to_yuy2_adjusted(const LineTaps& y, const LineTaps& u, const LineTaps& v,
                                  uint8_t* dst, size_t groups, const Adjustment& a);
 
+// Two such lines that share their chroma: at `lumaAsIsOut` the line with
+// the luma of y.row as it is, at dst the line with y's mix. The chroma is
+// mixed and adjusted once for both. Each group is stored to both lines
+// before the next, so the lines must not share bytes.
+void mixed_line_pair_to_yuy2_adjusted(const LineTaps& y, const LineTaps& u, const LineTaps& v,
+                                      uint8_t* lumaAsIsOut, uint8_t* dst, size_t groups,
+                                      const Adjustment& a);
+
 // Doubling in both directions: one YUY2 line, 64 bytes per group, each row
 // doubled horizontally before any vertical average (mixes kRow and kAverage
 // only). Every group but the last takes its right neighbours from the
