@@ -4,6 +4,7 @@
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 
 #include "hwy/highway.h"
+#include "adjust/color-inl.h"
 #include "frame/groups-inl.h"
 #include "subpicture/prepare_rows.h"
 
@@ -138,7 +139,7 @@ void AlphaRowToBitmap(const uint8_t* alpha, size_t groups, RgbPacking packing,
     uint8_t* out = bitmap + 16 * bpp * g;
     switch (packing) {
       case RgbPacking::kRgb32: return hn::StoreInterleaved4(a, zero, zero, zero, d8, out);
-      case RgbPacking::kRgb24: return hn::StoreInterleaved3(a, zero, zero, d8, out);
+      case RgbPacking::kRgb24: return StoreRgb24(d8, a, zero, zero, out);
       case RgbPacking::kRgb16: return hn::StoreInterleaved2(a, zero, d8, out);
     }
   });
