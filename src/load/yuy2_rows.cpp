@@ -3,6 +3,8 @@
 #define HWY_TARGET_INCLUDE "load/yuy2_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 
+#include <type_traits>
+
 #include "hwy/highway.h"
 #include "adjust/adjust-inl.h"
 #include "adjust/yuy2-inl.h"
@@ -45,15 +47,24 @@ void PlanarPairToYuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
   });
 }
 
-void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* v,
-                             uint8_t* dst, size_t groups, const Adjustment a) {
+// One row, or with y1 set a second row over the same chroma into d1: the
+// chroma is loaded and looked up once for both.
+void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* y1, const uint8_t* u,
+                             const uint8_t* v, uint8_t* dst, uint8_t* d1, size_t groups,
+                             const Adjustment a) {
   const AdjustmentLookup lookup(a);
-  ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
-    const hn::Repartition<int16_t, decltype(d8)> d16;
-    const hn::Rebind<uint8_t, decltype(d16)> dh;
-    StoreAdjustedYuy2(d8, hn::LoadU(d8, y + 16 * g), hn::LoadU(dh, u + 8 * g),
-                      hn::LoadU(dh, v + 8 * g), lookup, dst + 32 * g);
-  });
+  auto rows = [&](auto second) {
+    ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
+      const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dh;
+      const auto cu = hn::LoadU(dh, u + 8 * g), cv = hn::LoadU(dh, v + 8 * g);
+      StoreAdjustedYuy2(d8, hn::LoadU(d8, y + 16 * g), cu, cv, lookup, dst + 32 * g);
+      if constexpr (decltype(second)::value) {
+        StoreAdjustedYuy2(d8, hn::LoadU(d8, y1 + 16 * g), cu, cv, lookup, d1 + 32 * g);
+      }
+    });
+  };
+  if (y1 != nullptr) return rows(std::true_type());
+  rows(std::false_type());
 }
 
 void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups, const Adjustment a) {
@@ -120,7 +131,12 @@ void planar_pair_to_yuy2(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
 }
 void planar_row_to_yuy2_adjusted(const uint8_t* y, const uint8_t* u, const uint8_t* v,
                                  uint8_t* d, size_t groups, const Adjustment& a) {
-  HWY_DYNAMIC_DISPATCH(PlanarRowToYuy2Adjusted)(y, u, v, d, groups, a);
+  HWY_DYNAMIC_DISPATCH(PlanarRowToYuy2Adjusted)(y, nullptr, u, v, d, nullptr, groups, a);
+}
+void planar_rows_to_yuy2_adjusted(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
+                                  const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups,
+                                  const Adjustment& a) {
+  HWY_DYNAMIC_DISPATCH(PlanarRowToYuy2Adjusted)(y0, y1, u, v, d0, d1, groups, a);
 }
 void planar_row_to_yuy2_mono(const uint8_t* y, uint8_t* d, size_t groups,
                              const Adjustment& a) {

@@ -22,6 +22,13 @@ void planar_row_to_yuy2_adjusted(const uint8_t* y, const uint8_t* u,
                                  const uint8_t* v, uint8_t* d, size_t groups,
                                  const Adjustment& a);
 
+// Two rows over the same chroma, adjusted: y0 into d0 and y1 into d1, 32
+// bytes per group each, stored group by group to both, so d0 and d1 must
+// not share bytes.
+void planar_rows_to_yuy2_adjusted(const uint8_t* y0, const uint8_t* y1, const uint8_t* u,
+                                  const uint8_t* v, uint8_t* d0, uint8_t* d1, size_t groups,
+                                  const Adjustment& a);
+
 // One row, luma adjusted, chroma bytes 0x80: 32 bytes per group.
 void planar_row_to_yuy2_mono(const uint8_t* y, uint8_t* d, size_t groups,
                              const Adjustment& a);
