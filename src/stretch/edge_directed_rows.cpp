@@ -18,6 +18,8 @@
 #define HWY_TARGET_INCLUDE "stretch/edge_directed_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 
+#include <type_traits>
+
 #include "hwy/highway.h"
 #include "adjust/adjust-inl.h"
 #include "adjust/yuy2-inl.h"
@@ -130,46 +132,68 @@ HWY_INLINE hn::Vec<D8> EdgeDirected(D8 d8, const uint8_t* a, const uint8_t* b) {
 }
 
 // One stretch of a line: Lanes(d8) pixels from pixel p on. Interpolated
-// planes take the plain vertical average, or the edge-directed one where
-// `directed`. With `lumaAsIsOut` set, the stretch is stored there too with
-// the luma of rows.y as it is.
-template <class D8>
+// planes (kLuma, kChroma: made between a row and the row below) take the
+// plain vertical average, or the edge-directed one where `directed`. With
+// kPair, the stretch is stored at lumaAsIsOut too with the luma of rows.y
+// as it is.
+template <bool kLuma, bool kChroma, bool kPair, class D8>
 HWY_INLINE void LineChunk(D8 d8, const InterpolatedLine& r, size_t p, bool directed,
                           const AdjustmentLookup& lookup, uint8_t* lumaAsIsOut, uint8_t* out) {
   const hn::Rebind<uint8_t, hn::Repartition<int16_t, D8>> dc;  // chroma of those pixels
-  auto plane = [&](auto d, const uint8_t* row, const uint8_t* below, size_t x) {
-    if (below == nullptr) return hn::LoadU(d, row + x);
-    if (!directed) return RoundedAverage(hn::LoadU(d, row + x), hn::LoadU(d, below + x));
-    return EdgeDirected(d, row + x, below + x);
+  auto plane = [&](auto d, auto interpolated, const uint8_t* row, const uint8_t* below,
+                   size_t x) {
+    if constexpr (!decltype(interpolated)::value) {
+      return hn::LoadU(d, row + x);
+    } else {
+      if (!directed) return RoundedAverage(hn::LoadU(d, row + x), hn::LoadU(d, below + x));
+      return EdgeDirected(d, row + x, below + x);
+    }
   };
-  const auto u = plane(dc, r.u, r.uBelow, p / 2);
-  const auto v = plane(dc, r.v, r.vBelow, p / 2);
-  if (lumaAsIsOut != nullptr) {
+  using Chroma = std::integral_constant<bool, kChroma>;
+  const auto u = plane(dc, Chroma(), r.u, r.uBelow, p / 2);
+  const auto v = plane(dc, Chroma(), r.v, r.vBelow, p / 2);
+  if constexpr (kPair) {
     StoreAdjustedYuy2(d8, hn::LoadU(d8, r.y + p), u, v, lookup, lumaAsIsOut + 2 * p);
   }
-  StoreAdjustedYuy2(d8, plane(d8, r.y, r.yBelow, p), u, v, lookup, out + 2 * p);
+  StoreAdjustedYuy2(d8, plane(d8, std::integral_constant<bool, kLuma>(), r.y, r.yBelow, p), u,
+                    v, lookup, out + 2 * p);
 }
 
 constexpr size_t kGroupPixels = 16;
 
-// First group, middle groups, last group.
+// First group, middle groups, last group; which planes are interpolated and
+// whether a second line is stored are settled before the loop.
 void Line(const InterpolatedLine& rows, uint8_t* lumaAsIsOut, uint8_t* out,
           size_t middleGroups, const AdjustmentLookup& lookup) {
   const hn::CappedTag<uint8_t, kGroupPixels> group;
-  LineChunk(group, rows, 0, false, lookup, lumaAsIsOut, out);
-  ForGroups<kGroupPixels>(middleGroups, [&](auto d8, size_t g) {
-    LineChunk(d8, rows, kGroupPixels * (g + 1), true, lookup, lumaAsIsOut, out);
+  auto flag = [](bool f, auto body) {
+    if (f) return body(std::true_type());
+    body(std::false_type());
+  };
+  flag(rows.yBelow != nullptr, [&](auto luma) {
+    flag(rows.uBelow != nullptr, [&](auto chroma) {
+      flag(lumaAsIsOut != nullptr, [&](auto pair) {
+        constexpr bool kL = decltype(luma)::value, kC = decltype(chroma)::value,
+                       kP = decltype(pair)::value;
+        LineChunk<kL, kC, kP>(group, rows, 0, false, lookup, lumaAsIsOut, out);
+        ForGroups<kGroupPixels>(middleGroups, [&](auto d8, size_t g) {
+          LineChunk<kL, kC, kP>(d8, rows, kGroupPixels * (g + 1), true, lookup, lumaAsIsOut,
+                                out);
+        });
+        LineChunk<kL, kC, kP>(group, rows, kGroupPixels * (middleGroups + 1), false, lookup,
+                              lumaAsIsOut, out);
+      });
+    });
   });
-  LineChunk(group, rows, kGroupPixels * (middleGroups + 1), false, lookup, lumaAsIsOut, out);
 }
 
-void EdgeDirectedLine(const InterpolatedLine& rows, uint8_t* out, size_t middleGroups,
-                      const Adjustment a) {
+HWY_FLATTEN void EdgeDirectedLine(const InterpolatedLine& rows, uint8_t* out,
+                                  size_t middleGroups, const Adjustment a) {
   Line(rows, nullptr, out, middleGroups, AdjustmentLookup(a));
 }
 
-void EdgeDirectedLinePair(const InterpolatedLine& rows, uint8_t* lumaAsIsOut, uint8_t* out,
-                          size_t middleGroups, const Adjustment a) {
+HWY_FLATTEN void EdgeDirectedLinePair(const InterpolatedLine& rows, uint8_t* lumaAsIsOut,
+                                      uint8_t* out, size_t middleGroups, const Adjustment a) {
   Line(rows, lumaAsIsOut, out, middleGroups, AdjustmentLookup(a));
 }
 
