@@ -53,22 +53,47 @@ void opt_line_interp_both(const uint8_t* y, const uint8_t* u, const uint8_t* v, 
   edge_directed_line(rows, out, middle_groups(count), a);
 }
 
-// The last two lines of a row pair (opt_line_interp_chroma, then
-// opt_line_interp_both into the next line) share their chroma: unless the
-// two lines share bytes, one pass interpolates it once for both.
+using LineKernel = void (*)(const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* out,
+                           int32_t count, int32_t cstep, const Adjustment& a);
+
+// Two consecutive lines that differ only in their luma: `first` takes row y
+// as it is, `second` interpolates it with the row below; the chroma (as it
+// is, or interpolated) is the same. Where the first line covers the same
+// groups as the second (`firstGroups`) and the two share no bytes, one pass
+// makes both and takes the chroma once; otherwise the kernels run in turn.
+void line_pair(LineKernel first, LineKernel second, size_t firstGroups, bool interpolateChroma,
+               const uint8_t* y, const uint8_t* u, const uint8_t* v, uint8_t* out,
+               uint8_t* nextOut, int32_t count, int32_t cstep, const Adjustment& a) {
+  const size_t middle = middle_groups(count);
+  const size_t bytes = 32 * (middle + 2);
+  if (firstGroups != middle + 2 || overlaps(out, bytes, nextOut, bytes)) {
+    first(y, u, v, out, count, cstep, a);
+    second(y, u, v, nextOut, count, cstep, a);
+    return;
+  }
+  const InterpolatedLine rows{y,
+                              step(y, 2 * int64_t{cstep}),
+                              u,
+                              interpolateChroma ? step(u, cstep) : nullptr,
+                              v,
+                              interpolateChroma ? step(v, cstep) : nullptr};
+  edge_directed_line_pair(rows, out, nextOut, middle, a);
+}
+
+// The first two lines of a row pair: opt_line_copy, opt_line_interp_luma.
+void opt_lines_copy_then_interp_luma(const uint8_t* y, const uint8_t* u, const uint8_t* v,
+                                     uint8_t* out, uint8_t* nextOut, int32_t count,
+                                     int32_t cstep, const Adjustment& a) {
+  line_pair(opt_line_copy, opt_line_interp_luma, copied_groups(count), false, y, u, v, out,
+            nextOut, count, cstep, a);
+}
+
+// The last two: opt_line_interp_chroma, opt_line_interp_both.
 void opt_lines_interp_chroma_then_both(const uint8_t* y, const uint8_t* u, const uint8_t* v,
                                        uint8_t* out, uint8_t* nextOut, int32_t count,
                                        int32_t cstep, const Adjustment& a) {
-  const size_t middle = middle_groups(count);
-  const size_t bytes = 32 * (middle + 2);
-  if (overlaps(out, bytes, nextOut, bytes)) {
-    opt_line_interp_chroma(y, u, v, out, count, cstep, a);
-    opt_line_interp_both(y, u, v, nextOut, count, cstep, a);
-    return;
-  }
-  const InterpolatedLine rows{y, step(y, 2 * int64_t{cstep}), u, step(u, cstep),
-                              v, step(v, cstep)};
-  edge_directed_line_pair(rows, out, nextOut, middle, a);
+  line_pair(opt_line_interp_chroma, opt_line_interp_both, middle_groups(count) + 2, true, y, u,
+            v, out, nextOut, count, cstep, a);
 }
 
 }  // namespace
@@ -94,20 +119,20 @@ YUVBLIT_API void strech_opt_yuy2_ajust(tagVideoFrame* frame, int32_t top, int32_
     kernel(luma, u, v, dst, width, chromaStep, a);
     dst = step(dst, dstPitch);
   };
+  auto lines = [&](auto kernels, const uint8_t* luma) {
+    kernels(luma, u, v, dst, step(dst, dstPitch), width, chromaStep, a);
+    dst = step(dst, 2 * int64_t{dstPitch});
+  };
   for (int32_t pairs = height / 2 - 1; pairs > 0; --pairs) {
     const uint8_t* next = step(y, rowStep);
-    line(opt_line_copy, y);
-    line(opt_line_interp_luma, y);
-    opt_lines_interp_chroma_then_both(next, u, v, dst, step(dst, dstPitch), width, chromaStep,
-                                      a);
-    dst = step(dst, 2 * int64_t{dstPitch});
+    lines(opt_lines_copy_then_interp_luma, y);
+    lines(opt_lines_interp_chroma_then_both, next);
     y = step(y, 2 * int64_t{rowStep});
     u = step(u, chromaStep);
     v = step(v, chromaStep);
   }
   const uint8_t* next = step(y, rowStep);
-  line(opt_line_copy, y);
-  line(opt_line_interp_luma, y);
+  lines(opt_lines_copy_then_interp_luma, y);
   line(opt_line_copy, next);
   line(opt_line_copy, next);
 }
