@@ -8,6 +8,7 @@
 #endif
 
 #include <cstddef>
+#include <type_traits>
 
 #include "hwy/highway.h"
 
@@ -15,6 +16,14 @@ HWY_BEFORE_NAMESPACE();
 namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
+
+// Calls body(std::true_type()) or body(std::false_type()) as `flag` is, so
+// that a row operation's loop is compiled once per case and tests nothing.
+template <class Body>
+HWY_INLINE void WithFlag(bool flag, Body&& body) {
+  if (flag) return body(std::true_type());
+  body(std::false_type());
+}
 
 // Where stores of vectors of n bytes become aligned in dst (at most to a
 // cache line, so that none splits one): the offset of the first aligned

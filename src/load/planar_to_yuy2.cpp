@@ -28,14 +28,12 @@ void walk_rows_of_pairs(PlanarCursor c, int32_t width, int32_t height,
                         Pair pair = nullptr) {
   const size_t groups = passes(static_cast<uint32_t>(width), 16);
   const size_t rowBytes = dstPerGroup * groups;
-  bool fused = false;
-  if constexpr (!std::is_same_v<Pair, std::nullptr_t>) {
-    fused = static_cast<int64_t>(16 * groups) == width &&
-            !overlaps(c.d, rowBytes, step(c.d, dstPitch), rowBytes);
-  }
+  constexpr bool kHasPair = !std::is_same_v<Pair, std::nullptr_t>;
+  const bool fused = kHasPair && static_cast<int64_t>(16 * groups) == width &&
+                     !overlaps(c.d, rowBytes, step(c.d, dstPitch), rowBytes);
   uint32_t rows = static_cast<uint32_t>(height);
   do {
-    if constexpr (!std::is_same_v<Pair, std::nullptr_t>) {
+    if constexpr (kHasPair) {
       if (fused) pair(c, step(c.y, srcPitch), step(c.d, dstPitch), groups);
     }
     if (!fused) row(c, groups);

@@ -3,8 +3,6 @@
 #define HWY_TARGET_INCLUDE "load/yuy2_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
 
-#include <type_traits>
-
 #include "hwy/highway.h"
 #include "adjust/adjust-inl.h"
 #include "adjust/yuy2-inl.h"
@@ -53,7 +51,7 @@ void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* y1, const uint8_t*
                              const uint8_t* v, uint8_t* dst, uint8_t* d1, size_t groups,
                              const Adjustment a) {
   const AdjustmentLookup lookup(a);
-  auto rows = [&](auto second) {
+  WithFlag(y1 != nullptr, [&](auto second) {
     ForGroups<kLumaPerGroup>(groups, [&](auto d8, size_t g) {
       const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dh;
       const auto cu = hn::LoadU(dh, u + 8 * g), cv = hn::LoadU(dh, v + 8 * g);
@@ -62,9 +60,7 @@ void PlanarRowToYuy2Adjusted(const uint8_t* y, const uint8_t* y1, const uint8_t*
         StoreAdjustedYuy2(d8, hn::LoadU(d8, y1 + 16 * g), cu, cv, lookup, d1 + 32 * g);
       }
     });
-  };
-  if (y1 != nullptr) return rows(std::true_type());
-  rows(std::false_type());
+  });
 }
 
 void PlanarRowToYuy2Mono(const uint8_t* y, uint8_t* dst, size_t groups, const Adjustment a) {

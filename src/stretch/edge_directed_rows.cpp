@@ -161,40 +161,45 @@ HWY_INLINE void LineChunk(D8 d8, const InterpolatedLine& r, size_t p, bool direc
 
 constexpr size_t kGroupPixels = 16;
 
-// First group, middle groups, last group; which planes are interpolated and
-// whether a second line is stored are settled before the loop.
-void Line(const InterpolatedLine& rows, uint8_t* lumaAsIsOut, uint8_t* out,
-          size_t middleGroups, const AdjustmentLookup& lookup) {
+// First group, middle groups, last group, for one choice of which planes
+// are interpolated and whether a second line is stored. Flattened, with
+// the lookup made here, so its tables stay in registers through the loop.
+template <bool kLuma, bool kChroma, bool kPair>
+HWY_FLATTEN void LineT(const InterpolatedLine& rowsInMemory, uint8_t* lumaAsIsOut,
+                       uint8_t* out, size_t middleGroups, const Adjustment& a) {
+  const InterpolatedLine rows = rowsInMemory;
+  const AdjustmentLookup lookup(a);
   const hn::CappedTag<uint8_t, kGroupPixels> group;
-  auto flag = [](bool f, auto body) {
-    if (f) return body(std::true_type());
-    body(std::false_type());
-  };
-  flag(rows.yBelow != nullptr, [&](auto luma) {
-    flag(rows.uBelow != nullptr, [&](auto chroma) {
-      flag(lumaAsIsOut != nullptr, [&](auto pair) {
-        constexpr bool kL = decltype(luma)::value, kC = decltype(chroma)::value,
-                       kP = decltype(pair)::value;
-        LineChunk<kL, kC, kP>(group, rows, 0, false, lookup, lumaAsIsOut, out);
-        ForGroups<kGroupPixels>(middleGroups, [&](auto d8, size_t g) {
-          LineChunk<kL, kC, kP>(d8, rows, kGroupPixels * (g + 1), true, lookup, lumaAsIsOut,
-                                out);
-        });
-        LineChunk<kL, kC, kP>(group, rows, kGroupPixels * (middleGroups + 1), false, lookup,
-                              lumaAsIsOut, out);
+  LineChunk<kLuma, kChroma, kPair>(group, rows, 0, false, lookup, lumaAsIsOut, out);
+  ForGroups<kGroupPixels>(middleGroups, [&](auto d8, size_t g) {
+    LineChunk<kLuma, kChroma, kPair>(d8, rows, kGroupPixels * (g + 1), true, lookup,
+                                     lumaAsIsOut, out);
+  });
+  LineChunk<kLuma, kChroma, kPair>(group, rows, kGroupPixels * (middleGroups + 1), false,
+                                   lookup, lumaAsIsOut, out);
+}
+
+// The case is settled once per line, not tested per vector.
+void Line(const InterpolatedLine& rows, uint8_t* lumaAsIsOut, uint8_t* out,
+          size_t middleGroups, const Adjustment& a) {
+  WithFlag(rows.yBelow != nullptr, [&](auto luma) {
+    WithFlag(rows.uBelow != nullptr, [&](auto chroma) {
+      WithFlag(lumaAsIsOut != nullptr, [&](auto pair) {
+        LineT<decltype(luma)::value, decltype(chroma)::value, decltype(pair)::value>(
+            rows, lumaAsIsOut, out, middleGroups, a);
       });
     });
   });
 }
 
-HWY_FLATTEN void EdgeDirectedLine(const InterpolatedLine& rows, uint8_t* out,
-                                  size_t middleGroups, const Adjustment a) {
-  Line(rows, nullptr, out, middleGroups, AdjustmentLookup(a));
+void EdgeDirectedLine(const InterpolatedLine& rows, uint8_t* out, size_t middleGroups,
+                      const Adjustment a) {
+  Line(rows, nullptr, out, middleGroups, a);
 }
 
-HWY_FLATTEN void EdgeDirectedLinePair(const InterpolatedLine& rows, uint8_t* lumaAsIsOut,
-                                      uint8_t* out, size_t middleGroups, const Adjustment a) {
-  Line(rows, lumaAsIsOut, out, middleGroups, AdjustmentLookup(a));
+void EdgeDirectedLinePair(const InterpolatedLine& rows, uint8_t* lumaAsIsOut, uint8_t* out,
+                          size_t middleGroups, const Adjustment a) {
+  Line(rows, lumaAsIsOut, out, middleGroups, a);
 }
 
 }  // namespace HWY_NAMESPACE

@@ -59,13 +59,6 @@ HWY_INLINE hn::Vec<D8> LoadChromaPair(D8 d8, const uint8_t* u, const uint8_t* v,
 
 // ------------------------------------------------------------------ 1X2
 
-// Calls body(std::true_type()) or body(std::false_type()) as `flag` is.
-template <class Body>
-HWY_INLINE void WithFlag(bool flag, Body&& body) {
-  if (flag) return body(std::true_type());
-  body(std::false_type());
-}
-
 // A line's U and V samples (half the lanes of d8 each). The four-tap
 // filter runs on both planes at once.
 template <VerticalMix kMix, class D8, class DH>

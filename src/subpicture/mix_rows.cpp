@@ -74,8 +74,8 @@ HWY_INLINE void ShownSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alp
   y = JoinEvenOdd(d16, Blend(d16, evenP, evenS, BlendWeight(d16, evenA)),
                   Blend(d16, oddP, oddS, BlendWeight(d16, oddA)));
   auto chroma = [&](const uint8_t* const picture[2], const uint8_t* sub) {
-    return hn::DemoteTo(dc, Blend(d16, hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g)),
-                                  hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA));
+    const auto p = hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g));
+    return hn::DemoteTo(dc, Blend(d16, p, hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA));
   };
   u = chroma(row.pictureU, row.subU);
   v = chroma(row.pictureV, row.subV);
