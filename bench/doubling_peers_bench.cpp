@@ -1,12 +1,18 @@
 // Peers of the doubling kernels: the scalers a player would otherwise use
 // to double a 4:2:0 frame, vertically (1X2) and in both directions (2X2),
-// each writing the doubled 4:2:0 planes. The kernels' own entries and
-// their output rooflines are in the family bench files.
+// each writing the doubled 4:2:0 planes; and, for the 1X2 kernels that
+// write a display surface, the two passes a player would otherwise run to
+// get the same surface: bilinear doubling of the planes, then conversion
+// of the doubled frame (libyuv_bilinear_1x2_then_<converter>). The
+// kernels' own entries and their output rooflines are in the family bench
+// files.
 #include <memory>
 
 #include "bench_util.h"
 
 #if YUVBLIT_BENCH_HAVE_LIBYUV
+#include <libyuv/convert_argb.h>
+#include <libyuv/convert_from.h>
 #include <libyuv/scale.h>
 #endif
 #if YUVBLIT_BENCH_HAVE_SWSCALE
@@ -79,6 +85,35 @@ void register_libyuv(const Doubling& d, libyuv::FilterMode filter, const char* f
                    };
                  });
 }
+
+// A converter from 4:2:0 planes to a display surface, as libyuv declares
+// them, and the surface it writes per source picture doubled vertically.
+using Converter = int (*)(const uint8_t*, int, const uint8_t*, int, const uint8_t*, int,
+                          uint8_t*, int, int, int);
+struct DoubledSurface {
+  const char* converter;
+  Converter convert;
+  Format format;
+};
+
+void register_libyuv_two_pass(const DoubledSurface& target) {
+  register_sizes(std::string("libyuv_bilinear_1x2_then_") + target.converter, target.format,
+                 [target](Size size, benchmark::State&) -> Body {
+                   auto src = std::make_shared<PlanarFrame>(size, 1234u);
+                   const Size out = doubled(size, kDoublings[0]);
+                   auto planes = std::make_shared<DoubledPlanes>(out);
+                   auto dst = std::make_shared<Surface>(size, target.format);
+                   return [src, planes, dst, size, out, target]() {
+                     DoubledPlanes& p = *planes;
+                     libyuv::I420Scale(src->y, src->pitch, src->u, src->chromaPitch, src->v,
+                                       src->chromaPitch, size.width, size.height, p.y,
+                                       p.pitch, p.u, p.chromaPitch, p.v, p.chromaPitch,
+                                       out.width, out.height, libyuv::kFilterBilinear);
+                     target.convert(p.y, p.pitch, p.u, p.chromaPitch, p.v, p.chromaPitch,
+                                    dst->data.data(), dst->pitch, out.width, out.height);
+                   };
+                 });
+}
 #endif
 
 #if YUVBLIT_BENCH_HAVE_SWSCALE
@@ -123,4 +158,13 @@ YUVBLIT_BENCHMARKS(doubling_peers) {
     register_roofline_copy(d.planar);
     register_roofline_copy(d.plane);
   }
+#if YUVBLIT_BENCH_HAVE_LIBYUV
+  const DoubledSurface surfaces[] = {
+      {"I420ToYUY2", libyuv::I420ToYUY2, {"yuy2_1x2", 32, 2}},
+      {"I420ToARGB", libyuv::I420ToARGB, {"rgb32_1x2", 64, 2}},
+      {"I420ToRGB24", libyuv::I420ToRGB24, {"rgb24_1x2", 48, 2}},
+      {"I420ToRGB565", libyuv::I420ToRGB565, {"rgb16_1x2", 32, 2}},
+  };
+  for (const DoubledSurface& surface : surfaces) register_libyuv_two_pass(surface);
+#endif
 }
