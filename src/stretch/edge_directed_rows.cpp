@@ -129,17 +129,23 @@ HWY_INLINE __m512i PackedCost(__m512i sad, int i) {
 // A[x - 2 + i] and B[x + 2 - i] are gathered by byte permutes from the
 // rows at -2 (positions 62..65 from a second, masked load).
 HWY_INLINE __m512i EdgeDirected512(const uint8_t* a, const uint8_t* b) {
+  // Where every two neighbouring sub-groups together have an activity of at
+  // most 32, each of them is flat: one sum per eight bytes settles the
+  // common case of a flat stretch.
+  const __m512i above = _mm512_loadu_si512(a);
+  const __m512i below = _mm512_loadu_si512(b);
+  const __m512i flatLimit = _mm512_set1_epi64(32);
+  if (_mm512_cmple_epu64_mask(_mm512_sad_epu8(above, below), flatLimit) == 0xFF) {
+    return _mm512_avg_epu8(above, below);
+  }
   __m512i verticalNear, verticalFar;
   DirectionSads(a, b, 0, verticalNear, verticalFar);
   const __m512i activity = _mm512_set1_epi64(0xFFFF);
-  const __m512i flatLimit = _mm512_set1_epi64(32);
   const __mmask8 flatNear =
       _mm512_cmple_epu64_mask(_mm512_and_si512(verticalNear, activity), flatLimit);
   const __mmask8 flatFar =
       _mm512_cmple_epu64_mask(_mm512_and_si512(verticalFar, activity), flatLimit);
-  if ((flatNear & flatFar) == 0xFF) {
-    return _mm512_avg_epu8(_mm512_loadu_si512(a), _mm512_loadu_si512(b));
-  }
+  if ((flatNear & flatFar) == 0xFF) return _mm512_avg_epu8(above, below);
   __m512i bestNear = PackedCost(verticalNear, 2);
   __m512i bestFar = PackedCost(verticalFar, 2);
   for (int i : {0, 1, 3, 4}) {
