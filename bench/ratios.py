@@ -14,7 +14,9 @@ speed) and the ratio to roofline_copy/<label>/<W>x<H> in that placement,
 where <label> is the output format the entry is labelled with (up to a ';';
 what follows is a note, shown after the entry's name); then what the page
 placement costs: its time over the staggered time, minus one. With
-repetitions the median is used. Rows are sorted by entry name, then picture
+repetitions the median is used; --fastest takes each entry's fastest
+repetition instead, which on a shared or virtual machine, where other work
+only ever adds time, moves far less from run to run. Rows are sorted by entry name, then picture
 size. Entries named without a placement are shown as staggered.
 
 Entries can have peers of their own: each --peer PATTERN=PEER (repeatable;
@@ -45,7 +47,7 @@ import statistics
 import sys
 
 
-def load(path):
+def load(path, fastest=False):
     with open(path) as f:
         data = json.load(f)
     runs = {}
@@ -55,9 +57,13 @@ def load(path):
         if b.get("run_type") == "aggregate":
             if b.get("aggregate_name") == "median":
                 medians[name] = b
+        elif fastest:
+            if name not in runs or b["real_time"] < runs[name]["real_time"]:
+                runs[name] = b
         else:
             runs.setdefault(name, b)
-    runs.update(medians)
+    if not fastest:
+        runs.update(medians)
     return runs
 
 
@@ -103,6 +109,10 @@ def main():
                     help="entries matching PATTERN divide by PEER instead")
     ap.add_argument("--only", action="append", default=[], metavar="PATTERN",
                     help="list only entries matching a PATTERN")
+    ap.add_argument("--fastest", action="store_true",
+                    help="use each entry's fastest repetition, not the median "
+                         "(needs the repetitions in the JSON: no "
+                         "--benchmark_report_aggregates_only)")
     args = ap.parse_args()
 
     def peer_of(base):
@@ -111,7 +121,7 @@ def main():
                 return peer_for(pattern, peer, base)
         return args.ref
 
-    runs = [load(path) for path in args.json]
+    runs = [load(path, args.fastest) for path in args.json]
     peer_head = " peer |" if args.peer else ""
     ref_head = "vs peer" if args.peer else "vs %s" % args.ref
     cols = []
