@@ -66,8 +66,8 @@ TEST(StrechOptYuy2Ajust, MatchesModelOnRandomFrames) {
   for (int i = 0; i < 150; ++i) {
     OptCall c{};
     c.lineMode = std::vector<int>{1, 0, 2, -1}[pick(0, 3)];
-    // Every fifth frame wide enough for several 128-pixel steps and more
-    // than one 512-pixel run of interpolated samples.
+    // Every fifth frame is wide enough for several steps of 128 pixels,
+    // whose interpolated chroma fills whole vectors.
     c.lumaWidth = 16 * (i % 5 == 4 ? pick(17, 50) : pick(3, 16));
     c.top = pick(-1, 3);
     c.height = pick(8, 20);

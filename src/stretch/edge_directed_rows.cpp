@@ -13,12 +13,11 @@
 // bytes, window sums as 16-bit lanes for the even and the odd positions,
 // each cost packed with its direction index in the low three bits so that
 // one running minimum yields cost and direction. Vectors whose sub-groups
-// are all flat skip the search.
+// are all flat skip the search. With AVX-512, double-block SADs make the
+// window sums and byte permutes gather the chosen samples (EdgeDirected512).
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "stretch/edge_directed_rows.cpp"
 #include "hwy/foreach_target.h"  // IWYU pragma: keep
-
-#include <type_traits>
 
 #include "hwy/highway.h"
 #include "adjust/adjust-inl.h"
