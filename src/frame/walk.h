@@ -80,11 +80,13 @@ inline bool alternating_runs_disjoint(int64_t a, int64_t b, size_t bytes) {
   return (a >= n && b >= n) || (a <= -n && b <= -n);
 }
 
-// Collects rows that share no bytes (their starts, or whatever a row
-// operation takes per row, T) and hands them to a row operation
-// `flush(rows, count)` a batch at a time, so that one dispatched call covers
-// many rows. The rows are handed over in the order added; the walk calls
-// finish() after its last row. Made with row_batch<T>(flush).
+// Collects rows (their starts, or whatever a row operation takes per row,
+// T) and hands them to a row operation `flush(rows, count)` a batch at a
+// time, so that one dispatched call covers many rows. The rows are handed
+// over in the order added, so a row operation that finishes each row before
+// the next does what one call per row would; one that does not needs rows
+// that share no bytes. The walk calls finish() after its last row. Made
+// with row_batch<T>(flush).
 template <typename T, class Flush>
 class RowBatch {
  public:

@@ -82,11 +82,11 @@ HWY_INLINE void ShownSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alp
 }
 
 template <bool kInterpolate>
-void MixRowToYuy2T(const MixRow& rowInMemory, size_t groups, const Adjustment& a) {
+HWY_INLINE void MixRunToYuy2(const MixRow& rowInMemory, size_t groups,
+                             const AdjustmentLookup& lookup) {
   // Local copies stay in registers: stores to the row could alias the
   // caller's objects as far as the compiler knows.
   const MixRow row = rowInMemory;
-  const AdjustmentLookup lookup(a);
   ForGroups<16>(groups, [&](auto d8, size_t g) {
     const hn::Rebind<uint8_t, hn::Repartition<int16_t, decltype(d8)>> dc;
     hn::Vec<decltype(d8)> y;
@@ -96,9 +96,17 @@ void MixRowToYuy2T(const MixRow& rowInMemory, size_t groups, const Adjustment& a
   });
 }
 
-void MixRowToYuy2(const MixRow& row, size_t groups, const Adjustment a) {
-  if (row.interpolates()) return MixRowToYuy2T<true>(row, groups, a);
-  MixRowToYuy2T<false>(row, groups, a);
+// Flattened, with the lookup made here once for all the runs, so its
+// tables stay in registers.
+HWY_FLATTEN void MixRowsToYuy2(const MixRun* runs, size_t count, const Adjustment a) {
+  const AdjustmentLookup lookup(a);
+  for (size_t i = 0; i < count; ++i) {
+    if (runs[i].row.interpolates()) {
+      MixRunToYuy2<true>(runs[i].row, runs[i].groups, lookup);
+    } else {
+      MixRunToYuy2<false>(runs[i].row, runs[i].groups, lookup);
+    }
+  }
 }
 
 template <RgbPacking P, bool kInterpolate, bool kPairMean>
@@ -207,12 +215,12 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace yuvblit {
 
-HWY_EXPORT(MixRowToYuy2);
+HWY_EXPORT(MixRowsToYuy2);
 HWY_EXPORT(MixRowToHalfYuy2);
 HWY_EXPORT(MixRowToRgb);
 
-void mix_row_to_yuy2(const MixRow& row, size_t groups, const Adjustment& a) {
-  HWY_DYNAMIC_DISPATCH(MixRowToYuy2)(row, groups, a);
+void mix_rows_to_yuy2(const MixRun* runs, size_t count, const Adjustment& a) {
+  HWY_DYNAMIC_DISPATCH(MixRowsToYuy2)(runs, count, a);
 }
 void mix_row_to_half_yuy2(const MixRow& row, size_t groups, const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(MixRowToHalfYuy2)(row, groups, a);

@@ -45,9 +45,16 @@ struct MixRow {
   }
 };
 
+// A row's groups from its first group on.
+struct MixRun {
+  MixRow row;
+  size_t groups;
+};
+
 // 16 pixels (32 bytes) per group. Chroma pair j is weighted by the alpha of
-// pixel 2j+1; weights are clamped to 16.
-void mix_row_to_yuy2(const MixRow& row, size_t groups, const Adjustment& a);
+// pixel 2j+1; weights are clamped to 16. The runs are mixed in order, so a
+// walk can hand over many rows in one call (RowBatch, frame/walk.h).
+void mix_rows_to_yuy2(const MixRun* runs, size_t count, const Adjustment& a);
 
 // Half width: output pixel j of a group takes source pixel 2j+1, output pair
 // k takes chroma sample 2k+1 weighted by the unclamped alpha of pixel 4k+3;

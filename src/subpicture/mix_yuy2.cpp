@@ -9,6 +9,14 @@ using namespace yuvblit;
 
 namespace {
 
+// Mixes the runs a batch collects.
+struct Yuy2Mix {
+  const Adjustment* adjustment;
+  void operator()(const MixRun* runs, size_t count) const {
+    mix_rows_to_yuy2(runs, count, *adjustment);
+  }
+};
+
 // One field doubled to twice its rows: every output row has its own
 // subpicture and destination row; the picture rows entering the blend are
 // field rows or rounded averages of two, four output rows per two field
@@ -36,12 +44,14 @@ class FieldMix {
   }
 
   // The last four rows: nothing below field row r+1 or chroma row q is read.
+  // Mixes every row still in the batch.
   void closing_group() {
     const uint8_t* next = step(lumaRow_, info_->picturePitch);
     row(lumaRow_, lumaRow_, false);
     row(lumaRow_, next, false);
     row(next, next, false);
     row(next, next, false);
+    batch_.finish();
   }
 
  private:
@@ -55,7 +65,7 @@ class FieldMix {
                         {u, averageChroma ? step(u, chroma_pitch()) : u},
                         {v, averageChroma ? step(v, chroma_pitch()) : v},
                         dst_};
-    mix_row_to_yuy2(mixRow, groups_, adjustment_);
+    batch_.add({mixRow, groups_});
     const int32_t subPitch = info_->subPitch;
     const int64_t chromaStep = int64_t{half(wrap32(int64_t{subPitch} - info_->width))} +
                                half(info_->width);
@@ -71,6 +81,7 @@ class FieldMix {
   const size_t groups_;
   const uint8_t* lumaRow_;
   uint8_t* dst_;
+  RowBatch<MixRun, Yuy2Mix> batch_{Yuy2Mix{&adjustment_}};
 };
 
 }  // namespace
@@ -79,8 +90,10 @@ extern "C" {
 
 YUVBLIT_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO* info) {
   const Adjustment a = current_adjustment();
+  auto batch = row_batch<MixRun>(Yuy2Mix{&a});
   walk_progressive_mix(info, ProgressiveMix{32, 2 * int64_t{info->width}, info->picturePitch},
-                       [&](const MixRow& row, size_t groups) { mix_row_to_yuy2(row, groups, a); });
+                       [&](const MixRow& row, size_t groups) { batch.add({row, groups}); });
+  batch.finish();
 }
 
 // Every second pixel; the picture's second row and its chroma steps follow
