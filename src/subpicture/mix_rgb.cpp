@@ -4,6 +4,7 @@
 
 #include "adjust/adjustment.h"
 #include "adjust/color.h"
+#include "frame/walk.h"
 #include "subpicture/mix_rows.h"
 #include "subpicture/mix_walk.h"
 #include "yuvblit.h"
@@ -17,12 +18,12 @@ void mix_progressive_to_rgb(tagMIX_INFO* info, RgbPacking packing) {
   if (!format) return;
   const Adjustment a = current_adjustment();
   const size_t bpp = bytes_per_pixel(packing);
+  auto batch = row_batch<MixRun>(RgbRowMixer{&*format, &a, ChromaWeight::kRightPixel});
   walk_progressive_mix(info,
                        ProgressiveMix{16 * bpp, static_cast<int64_t>(bpp) * info->width,
                                       info->picturePitch},
-                       [&](const MixRow& row, size_t groups) {
-                         mix_row_to_rgb(row, groups, *format, a);
-                       });
+                       [&](const MixRow& row, size_t groups) { batch.add({row, groups}); });
+  batch.finish();
 }
 
 }  // namespace

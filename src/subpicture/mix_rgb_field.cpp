@@ -39,7 +39,8 @@ class FieldToRgb {
         chromaPitch_(info.picturePitch >> 1),
         subChromaPitch_(info.subPitch >> 1) {}
 
-  void run() const {
+  // Mixes every row before it returns.
+  void run() {
     const int32_t h = info_.height;
     const int32_t width = info_.width;
     FieldPositions p{info_.pictureY, info_.pictureU, info_.pictureV, info_.subAlpha,
@@ -64,6 +65,7 @@ class FieldToRgb {
     const int64_t dstPitch = info_.dstPitch;
     if (width > 0 && returnsToTop && (dstPitch >= rowBytes || -dstPitch >= rowBytes)) {
       column(p, columns);
+      batch_.finish();
       return;
     }
     int32_t left = width;
@@ -79,13 +81,14 @@ class FieldToRgb {
       p.subV = step(p.subV, 8 - int64_t{subChromaBack});
       left = wrap32(int64_t{left} - 16);
     } while (left > 0);
+    batch_.finish();
   }
 
  private:
   // One column of `groups` groups from p, which it leaves below its last
   // block: blocks of the general rule while the row count less 4 stays
   // above 0, then the last block; heights below 8 the last block only.
-  void column(FieldPositions& p, size_t groups) const {
+  void column(FieldPositions& p, size_t groups) {
     const int32_t h = info_.height;
     if (h >= 8) {
       int32_t rows = h - 4;
@@ -99,7 +102,7 @@ class FieldToRgb {
 
   // Four output rows from field rows m, m+1 (m+2) and chroma rows j, j+1;
   // the last block reads neither field row m+2 nor chroma row j+1.
-  void block(FieldPositions& p, size_t groups, bool last) const {
+  void block(FieldPositions& p, size_t groups, bool last) {
     const uint8_t* f0 = p.pictureY;
     const uint8_t* f1 = step(f0, info_.picturePitch);
     const uint8_t* f2 = step(f1, info_.picturePitch);
@@ -121,7 +124,7 @@ class FieldToRgb {
                        {p.pictureU, rows[r].averageChroma ? u1 : p.pictureU},
                        {p.pictureV, rows[r].averageChroma ? v1 : p.pictureV},
                        step(p.dst, int64_t{r} * info_.dstPitch)};
-      mix_row_to_rgb(row, groups, format_, adjustment_, ChromaWeight::kPairMean);
+      batch_.add({row, groups});
     }
     p.pictureY = step(p.pictureY, 2 * int64_t{info_.picturePitch});
     p.pictureU = u1;
@@ -138,6 +141,8 @@ class FieldToRgb {
   const Adjustment adjustment_;
   const size_t bpp_;
   const int32_t chromaPitch_, subChromaPitch_;
+  RowBatch<MixRun, RgbRowMixer> batch_{
+      RgbRowMixer{&format_, &adjustment_, ChromaWeight::kPairMean}};
 };
 
 void mix_field_to_rgb(tagMIX_INFO* info, RgbPacking packing) {

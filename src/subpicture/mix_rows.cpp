@@ -110,10 +110,10 @@ HWY_FLATTEN void MixRowsToYuy2(const MixRun* runs, size_t count, const Adjustmen
 }
 
 template <RgbPacking P, bool kInterpolate, bool kPairMean>
-void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
-                  const Adjustment& a) {
+HWY_INLINE void MixRunToRgb(const MixRow& rowInMemory, size_t groups, const RgbFormat& format,
+                            const AdjustmentLookup& lookup) {
   constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : P == RgbPacking::kRgb24 ? 3 : 2;
-  const AdjustmentLookup lookup(a);
+  const MixRow row = rowInMemory;
   ForGroups<16>(groups, [&](auto d8, size_t g) {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     const hn::Rebind<uint8_t, decltype(d16)> dc;
@@ -131,30 +131,38 @@ void MixRowToRgbT(const MixRow& row, size_t groups, const RgbFormat& format,
   });
 }
 
+// Flattened per packing and chroma weight, with the lookup made once for
+// all the runs.
 template <RgbPacking P, bool kPairMean>
-void MixRowToRgbP(const MixRow& row, size_t groups, const RgbFormat& format,
-                  const Adjustment& a) {
-  if (row.interpolates()) return MixRowToRgbT<P, true, kPairMean>(row, groups, format, a);
-  MixRowToRgbT<P, false, kPairMean>(row, groups, format, a);
-}
-
-template <bool kPairMean>
-void MixRowToRgbW(const MixRow& row, size_t groups, const RgbFormat& format,
-                  const Adjustment& a) {
-  switch (format.packing) {
-    case RgbPacking::kRgb32:
-      return MixRowToRgbP<RgbPacking::kRgb32, kPairMean>(row, groups, format, a);
-    case RgbPacking::kRgb24:
-      return MixRowToRgbP<RgbPacking::kRgb24, kPairMean>(row, groups, format, a);
-    case RgbPacking::kRgb16:
-      return MixRowToRgbP<RgbPacking::kRgb16, kPairMean>(row, groups, format, a);
+HWY_FLATTEN void MixRowsToRgbT(const MixRun* runs, size_t count, const RgbFormat& format,
+                               const Adjustment& a) {
+  const AdjustmentLookup lookup(a);
+  for (size_t i = 0; i < count; ++i) {
+    if (runs[i].row.interpolates()) {
+      MixRunToRgb<P, true, kPairMean>(runs[i].row, runs[i].groups, format, lookup);
+    } else {
+      MixRunToRgb<P, false, kPairMean>(runs[i].row, runs[i].groups, format, lookup);
+    }
   }
 }
 
-void MixRowToRgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                 const Adjustment a, ChromaWeight chroma) {
-  if (chroma == ChromaWeight::kPairMean) return MixRowToRgbW<true>(row, groups, format, a);
-  MixRowToRgbW<false>(row, groups, format, a);
+template <bool kPairMean>
+void MixRowsToRgbW(const MixRun* runs, size_t count, const RgbFormat& format,
+                   const Adjustment& a) {
+  switch (format.packing) {
+    case RgbPacking::kRgb32:
+      return MixRowsToRgbT<RgbPacking::kRgb32, kPairMean>(runs, count, format, a);
+    case RgbPacking::kRgb24:
+      return MixRowsToRgbT<RgbPacking::kRgb24, kPairMean>(runs, count, format, a);
+    case RgbPacking::kRgb16:
+      return MixRowsToRgbT<RgbPacking::kRgb16, kPairMean>(runs, count, format, a);
+  }
+}
+
+void MixRowsToRgb(const MixRun* runs, size_t count, const RgbFormat& format,
+                  const Adjustment a, ChromaWeight chroma) {
+  if (chroma == ChromaWeight::kPairMean) return MixRowsToRgbW<true>(runs, count, format, a);
+  MixRowsToRgbW<false>(runs, count, format, a);
 }
 
 // Half width, 16 source pixels to 8 output pixels per group. In 16-bit
@@ -217,7 +225,7 @@ namespace yuvblit {
 
 HWY_EXPORT(MixRowsToYuy2);
 HWY_EXPORT(MixRowToHalfYuy2);
-HWY_EXPORT(MixRowToRgb);
+HWY_EXPORT(MixRowsToRgb);
 
 void mix_rows_to_yuy2(const MixRun* runs, size_t count, const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(MixRowsToYuy2)(runs, count, a);
@@ -225,9 +233,9 @@ void mix_rows_to_yuy2(const MixRun* runs, size_t count, const Adjustment& a) {
 void mix_row_to_half_yuy2(const MixRow& row, size_t groups, const Adjustment& a) {
   HWY_DYNAMIC_DISPATCH(MixRowToHalfYuy2)(row, groups, a);
 }
-void mix_row_to_rgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                    const Adjustment& a, ChromaWeight chroma) {
-  HWY_DYNAMIC_DISPATCH(MixRowToRgb)(row, groups, format, a, chroma);
+void mix_rows_to_rgb(const MixRun* runs, size_t count, const RgbFormat& format,
+                     const Adjustment& a, ChromaWeight chroma) {
+  HWY_DYNAMIC_DISPATCH(MixRowsToRgb)(runs, count, format, a, chroma);
 }
 
 }  // namespace yuvblit

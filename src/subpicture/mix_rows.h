@@ -67,7 +67,24 @@ void mix_row_to_half_yuy2(const MixRow& row, size_t groups, const Adjustment& a)
 enum class ChromaWeight { kRightPixel, kPairMean };
 
 // 16 pixels per group in the given RGB format; luma weights as for YUY2.
-void mix_row_to_rgb(const MixRow& row, size_t groups, const RgbFormat& format,
-                    const Adjustment& a, ChromaWeight chroma = ChromaWeight::kRightPixel);
+// The runs are mixed in order.
+void mix_rows_to_rgb(const MixRun* runs, size_t count, const RgbFormat& format,
+                     const Adjustment& a, ChromaWeight chroma = ChromaWeight::kRightPixel);
+
+// The row operations as a RowBatch takes them: flush(runs, count).
+struct Yuy2RowMixer {
+  const Adjustment* adjustment;
+  void operator()(const MixRun* runs, size_t count) const {
+    mix_rows_to_yuy2(runs, count, *adjustment);
+  }
+};
+struct RgbRowMixer {
+  const RgbFormat* format;
+  const Adjustment* adjustment;
+  ChromaWeight chroma;
+  void operator()(const MixRun* runs, size_t count) const {
+    mix_rows_to_rgb(runs, count, *format, *adjustment, chroma);
+  }
+};
 
 }  // namespace yuvblit

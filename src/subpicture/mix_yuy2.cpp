@@ -9,14 +9,6 @@ using namespace yuvblit;
 
 namespace {
 
-// Mixes the runs a batch collects.
-struct Yuy2Mix {
-  const Adjustment* adjustment;
-  void operator()(const MixRun* runs, size_t count) const {
-    mix_rows_to_yuy2(runs, count, *adjustment);
-  }
-};
-
 // One field doubled to twice its rows: every output row has its own
 // subpicture and destination row; the picture rows entering the blend are
 // field rows or rounded averages of two, four output rows per two field
@@ -81,7 +73,7 @@ class FieldMix {
   const size_t groups_;
   const uint8_t* lumaRow_;
   uint8_t* dst_;
-  RowBatch<MixRun, Yuy2Mix> batch_{Yuy2Mix{&adjustment_}};
+  RowBatch<MixRun, Yuy2RowMixer> batch_{Yuy2RowMixer{&adjustment_}};
 };
 
 }  // namespace
@@ -90,7 +82,7 @@ extern "C" {
 
 YUVBLIT_API void mix_ayuy2_yuy2_p_ajust(tagMIX_INFO* info) {
   const Adjustment a = current_adjustment();
-  auto batch = row_batch<MixRun>(Yuy2Mix{&a});
+  auto batch = row_batch<MixRun>(Yuy2RowMixer{&a});
   walk_progressive_mix(info, ProgressiveMix{32, 2 * int64_t{info->width}, info->picturePitch},
                        [&](const MixRow& row, size_t groups) { batch.add({row, groups}); });
   batch.finish();
