@@ -188,10 +188,16 @@ void BitmapRowToAlpha(const uint8_t* bitmap, size_t groups, RgbPacking packing,
                       uint8_t* alpha) {
   switch (packing) {
     case RgbPacking::kRgb32:
+      // Each pixel's first byte: the even byte of its even 16-bit half.
       return ForGroups<8>(groups, [&](auto d8, size_t g) {
-        hn::Vec<decltype(d8)> b, gr, r, x;
-        hn::LoadInterleaved4(d8, bitmap + 32 * g, b, gr, r, x);
-        hn::StoreU(b, d8, alpha + 8 * g);
+        const hn::Repartition<uint16_t, decltype(d8)> d16;
+        const size_t n = hn::Lanes(d8);
+        auto evenHalves = [&](const uint8_t* at) {
+          return hn::BitCast(d8, hn::ConcatEven(d16, hn::BitCast(d16, hn::LoadU(d8, at + n)),
+                                                hn::BitCast(d16, hn::LoadU(d8, at))));
+        };
+        const uint8_t* px = bitmap + 32 * g;
+        hn::StoreU(hn::ConcatEven(d8, evenHalves(px + 2 * n), evenHalves(px)), d8, alpha + 8 * g);
       });
     case RgbPacking::kRgb24:
       // Every alpha byte is the next pixel's blue: the third byte of each
