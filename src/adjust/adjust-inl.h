@@ -96,8 +96,10 @@ HWY_INLINE hn::Vec<D16> AdjustWide(D16 d16, hn::Vec<D16> x, SampleAdjust a) {
 // is compiled, so loops carry no test of it and only one path's constants.
 #if HWY_TARGET == HWY_AVX3_DL
 struct SampleLookup {
+  // An adjustment without a table (one that is not applied) looks up zeros.
   explicit SampleLookup(SampleAdjust a) : adjust(a) {
-    for (int i = 0; i < 4; ++i) table[i] = _mm512_loadu_si512(a.table + 64 * i);
+    for (int i = 0; i < 4; ++i)
+      table[i] = a.table ? _mm512_loadu_si512(a.table + 64 * i) : _mm512_setzero_si512();
   }
   SampleAdjust adjust;
   static constexpr bool lookup = true;
@@ -154,19 +156,25 @@ HWY_INLINE hn::Vec<D8> AdjustBytes(D8 d8, hn::Vec<D8> bytes, const SampleLookup&
   return JoinEvenOdd(d16, AdjustWide(d16, even, s.adjust), AdjustWide(d16, odd, s.adjust));
 }
 
-// Adjusted bytes split into even and odd int16 lanes (see SplitEvenOdd).
+// Adjusted bytes split into even and odd int16 lanes (see SplitEvenOdd):
+// even bytes by `evenAdjust`, odd ones by `oddAdjust` (the same by default).
 template <class D8>
-HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, const SampleLookup& s,
+HWY_INLINE void SplitEvenOddAdjusted(D8 d8, hn::Vec<D8> bytes, const SampleLookup& evenAdjust,
                                      hn::Vec<hn::Repartition<int16_t, D8>>& even,
-                                     hn::Vec<hn::Repartition<int16_t, D8>>& odd) {
+                                     hn::Vec<hn::Repartition<int16_t, D8>>& odd,
+                                     const SampleLookup* oddAdjust = nullptr) {
   const hn::Repartition<int16_t, D8> d16;
+  const SampleLookup& oddLookup = oddAdjust ? *oddAdjust : evenAdjust;
   if constexpr (SampleLookup::lookup) {
-    SplitEvenOdd(d8, LookupBytes(d8, bytes, s), even, odd);
+    const auto evenBytes = LookupBytes(d8, bytes, evenAdjust);
+    SplitEvenOdd(
+        d8, oddAdjust ? hn::OddEven(LookupBytes(d8, bytes, oddLookup), evenBytes) : evenBytes,
+        even, odd);
     return;
   }
   SplitEvenOdd(d8, bytes, even, odd);
-  even = AdjustWide(d16, even, s.adjust);
-  odd = AdjustWide(d16, odd, s.adjust);
+  even = AdjustWide(d16, even, evenAdjust.adjust);
+  odd = AdjustWide(d16, odd, oddLookup.adjust);
 }
 
 // Adjusted bytes widened to int16 lanes (as many lanes as D16 has).

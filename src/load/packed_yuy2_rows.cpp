@@ -67,24 +67,25 @@ void PackedPairToYuy2(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t
 template <bool kAdjust>
 void PackedPairToRgb24Impl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
                            size_t groups, const Adjustment a) {
+  const AdjustmentLookup lookup(a);
   ForGroups<16>(groups, [&](auto d8, size_t g) YUVBLIT_INLINE_BODY {
     const hn::Repartition<int16_t, decltype(d8)> d16;
     hn::Vec<decltype(d8)> luma, chroma;
     hn::Vec<decltype(d16)> even, odd, u, v;
     hn::LoadInterleaved2(d8, s0 + 32 * g, luma, chroma);
-    SplitEvenOdd(d8, chroma, u, v);
-    if (kAdjust) {
-      u = AdjustWide(d16, u, a.u);
-      v = AdjustWide(d16, v, a.v);
+    if constexpr (kAdjust) {
+      SplitEvenOddAdjusted(d8, chroma, lookup.u, u, v, &lookup.v);
+    } else {
+      SplitEvenOdd(d8, chroma, u, v);
     }
     hn::Vec<decltype(d16)> gU, bU, gV, rV;
     ChromaTerms(d16, u, v, gU, bU, gV, rV);
     for (int row = 0; row < 2; ++row) {
       if (row) hn::LoadInterleaved2(d8, s1 + 32 * g, luma, chroma);  // chroma unused
-      SplitEvenOdd(d8, luma, even, odd);
-      if (kAdjust) {
-        even = AdjustWide(d16, even, a.luma);
-        odd = AdjustWide(d16, odd, a.luma);
+      if constexpr (kAdjust) {
+        SplitEvenOddAdjusted(d8, luma, lookup.luma, even, odd);
+      } else {
+        SplitEvenOdd(d8, luma, even, odd);
       }
       StoreRgb<RgbPacking::kRgb24>(d16, even, odd, gU, bU, gV, rV, Rgb16Layout{},
                                    (row ? d1 : d0) + 48 * g);
@@ -127,26 +128,31 @@ HWY_INLINE hn::Vec<D8> LoadPixels(D8 d8, const uint8_t* src) {
   return P == RgbPacking::kRgb32 ? ForBlockInterleave(d8, v) : v;
 }
 
+// Where bytes are looked up, the whole source vector is looked up in the
+// sample's table before the sample is picked out of it.
 template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>>
-HWY_INLINE hn::Vec<D16> PixelLuma(D8 /*d8*/, hn::Vec<D8> src, const Adjustment& a) {
+HWY_INLINE hn::Vec<D16> PixelLuma(D8 d8, hn::Vec<D8> src, const AdjustmentLookup& a) {
   const D16 d16;
   const hn::RebindToUnsigned<D16> du16;
-  const auto y = hn::BitCast(d16, hn::And(hn::BitCast(du16, src), hn::Set(du16, 0xFF)));
-  return kAdjust ? AdjustWide(d16, y, a.luma) : y;
+  constexpr bool kLookup = kAdjust && SampleLookup::lookup;
+  const auto bytes = kLookup ? LookupBytes(d8, src, a.luma) : src;
+  const auto y = hn::BitCast(d16, hn::And(hn::BitCast(du16, bytes), hn::Set(du16, 0xFF)));
+  return kAdjust && !kLookup ? AdjustWide(d16, y, a.luma.adjust) : y;
 }
 
 template <bool kAdjust, class D8, class D16 = hn::Repartition<int16_t, D8>,
           class V = hn::Vec<D16>>
-HWY_INLINE void PixelChromaTerms(D8 d8, hn::Vec<D8> src, const Adjustment& a, V& gU, V& bU,
-                                 V& gV, V& rV) {
+HWY_INLINE void PixelChromaTerms(D8 d8, hn::Vec<D8> src, const AdjustmentLookup& a, V& gU,
+                                 V& bU, V& gV, V& rV) {
   const D16 d16;
-  auto u = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairU)));
-  auto v = hn::BitCast(d16, hn::TableLookupBytesOr0(src, hn::LoadDup128(d8, kPairV)));
-  if (kAdjust) {
-    u = AdjustWide(d16, u, a.u);
-    v = AdjustWide(d16, v, a.v);
-  }
-  ChromaTerms(d16, u, v, gU, bU, gV, rV);
+  constexpr bool kLookup = kAdjust && SampleLookup::lookup;
+  auto pick = [&](const SampleLookup& s, const uint8_t* index) {
+    const auto sample = hn::BitCast(
+        d16, hn::TableLookupBytesOr0(kLookup ? LookupBytes(d8, src, s) : src,
+                                     hn::LoadDup128(d8, index)));
+    return kAdjust && !kLookup ? AdjustWide(d16, sample, s.adjust) : sample;
+  };
+  ChromaTerms(d16, pick(a.u, kPairU), pick(a.v, kPairV), gU, bU, gV, rV);
 }
 
 // RGB32: B | G << 8 and R | 0 << 8 interleaved as 16-bit lanes give B, G, R,
@@ -171,8 +177,9 @@ HWY_INLINE void StorePixels(D16 d16, V y, V gU, V bU, V gV, V rV, const Rgb16Lay
 
 template <RgbPacking P, bool kAdjust>
 void PackedPixelsToRgbImpl(const uint8_t* s0, const uint8_t* s1, uint8_t* d0, uint8_t* d1,
-                           size_t groups, const Rgb16Layout layout, const Adjustment a) {
+                           size_t groups, const Rgb16Layout layout, const Adjustment adjustment) {
   constexpr size_t kBpp = P == RgbPacking::kRgb32 ? 4 : 2;
+  const AdjustmentLookup a(adjustment);
   // A 16-pixel group is 16 u8 lanes' worth: two source vectors per row. The
   // whole first row of these groups is stored before the second.
   ForGroups<16>(groups, [&](auto d8, size_t g) YUVBLIT_INLINE_BODY {
