@@ -17,28 +17,6 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Picture bytes at `offset` of a row, or the rounded average of two rows.
-template <bool kInterpolate, class D>
-HWY_INLINE hn::Vec<D> LoadPicture(D d, const uint8_t* const rows[2], size_t offset) {
-  const auto first = hn::LoadU(d, rows[0] + offset);
-  return kInterpolate ? RoundedAverage(first, hn::LoadU(d, rows[1] + offset)) : first;
-}
-
-// What a vector's alpha bytes let through: the picture alone (all 0), the
-// subpicture alone (all at least 16, or exactly 16 where the weight is not
-// clamped), or a mix. Menus are mostly transparent and their buttons mostly
-// opaque, so most vectors skip the blend and half the reads.
-enum class Coverage { kPicture, kSubpicture, kMixed };
-
-template <bool kClamped, class D8>
-HWY_INLINE Coverage CoverageOf(D8 d8, hn::Vec<D8> alpha) {
-  const auto opaque = hn::Set(d8, uint8_t{kOpaqueWeight});
-  if (hn::AllTrue(d8, hn::Eq(alpha, hn::Zero(d8)))) return Coverage::kPicture;
-  if (hn::AllTrue(d8, hn::Eq(kClamped ? hn::Min(alpha, opaque) : alpha, opaque)))
-    return Coverage::kSubpicture;
-  return Coverage::kMixed;
-}
-
 // The samples a vector of groups shows before adjustment: luma bytes and
 // chroma bytes (one per pixel pair). Where the alpha bytes let one input
 // through unchanged they are that input's, read from it alone; elsewhere
@@ -65,14 +43,12 @@ HWY_INLINE void ShownSamples(D8 d8, const MixRow& row, size_t g, hn::Vec<D8> alp
       break;
   }
   const hn::Repartition<int16_t, D8> d16;
-  hn::Vec<decltype(d16)> evenA, oddA, evenP, oddP, evenS, oddS;
+  y = BlendBytes(d8, LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g),
+                 hn::LoadU(d8, row.subY + 16 * g), alpha);
+  hn::Vec<decltype(d16)> evenA, oddA;
   SplitEvenOdd(d8, alpha, evenA, oddA);
-  SplitEvenOdd(d8, LoadPicture<kInterpolate>(d8, row.pictureY, 16 * g), evenP, oddP);
-  SplitEvenOdd(d8, hn::LoadU(d8, row.subY + 16 * g), evenS, oddS);
   const auto chromaA = BlendWeight(
       d16, kPairMean ? hn::ShiftRight<1>(hn::Add(hn::Add(evenA, oddA), hn::Set(d16, 1))) : oddA);
-  y = JoinEvenOdd(d16, Blend(d16, evenP, evenS, BlendWeight(d16, evenA)),
-                  Blend(d16, oddP, oddS, BlendWeight(d16, oddA)));
   auto chroma = [&](const uint8_t* const picture[2], const uint8_t* sub) {
     const auto p = hn::PromoteTo(d16, LoadPicture<kInterpolate>(dc, picture, 8 * g));
     return hn::DemoteTo(dc, Blend(d16, p, hn::PromoteTo(d16, hn::LoadU(dc, sub + 8 * g)), chromaA));

@@ -15,31 +15,44 @@ namespace yuvblit {
 namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
-// A step is 8 samples, one int16 lane each: 16 bytes of a u8 tag per step.
+// One u8 lane per sample, 8 samples a step. Vectors whose alpha lets one
+// input through unchanged read and store that input alone.
 template <bool kInterpolate, bool kRightOfPair, bool kAdjust>
-void MixPlaneRowT(const PlaneMixRow& row, size_t steps, SampleAdjust adjust) {
-  ForGroups<16>(steps, [&](auto d, size_t g) {
-    const hn::Repartition<int16_t, decltype(d)> d16;
-    const hn::Rebind<uint8_t, decltype(d16)> d8;  // one sample per lane
-    const hn::RebindToUnsigned<decltype(d16)> du16;
+void MixPlaneRowT(const PlaneMixRow& row, size_t steps, const SampleLookup& adjust) {
+  ForGroups<8>(steps, [&](auto d8, size_t g) {
     const size_t at = 8 * g;
-    auto picture = hn::LoadU(d8, row.picture[0] + at);
-    if (kInterpolate) picture = RoundedAverage(picture, hn::LoadU(d8, row.picture[1] + at));
-    const auto alpha =
-        kRightOfPair
-            ? hn::BitCast(d16, hn::ShiftRight<8>(hn::BitCast(du16, hn::LoadU(d, row.alpha + 2 * at))))
-            : hn::PromoteTo(d16, hn::LoadU(d8, row.alpha + at));
-    auto mixed = Blend(d16, hn::PromoteTo(d16, picture), hn::PromoteTo(d16, hn::LoadU(d8, row.sub + at)),
-                       BlendWeight(d16, alpha));
-    if (kAdjust) mixed = AdjustWide(d16, mixed, adjust);
-    hn::StoreU(hn::DemoteTo(d8, mixed), d8, row.dst + at);
+    hn::Vec<decltype(d8)> alpha;
+    if constexpr (kRightOfPair) {
+      const size_t n = hn::Lanes(d8);
+      alpha = hn::ConcatOdd(d8, hn::LoadU(d8, row.alpha + 2 * at + n),
+                            hn::LoadU(d8, row.alpha + 2 * at));
+    } else {
+      alpha = hn::LoadU(d8, row.alpha + at);
+    }
+    hn::Vec<decltype(d8)> mixed;
+    switch (CoverageOf<true>(d8, alpha)) {
+      case Coverage::kPicture:
+        mixed = LoadPicture<kInterpolate>(d8, row.picture, at);
+        break;
+      case Coverage::kSubpicture:
+        mixed = hn::LoadU(d8, row.sub + at);
+        break;
+      case Coverage::kMixed:
+        mixed = BlendBytes(d8, LoadPicture<kInterpolate>(d8, row.picture, at),
+                           hn::LoadU(d8, row.sub + at), alpha);
+        break;
+    }
+    if constexpr (kAdjust) mixed = AdjustBytes(d8, mixed, adjust);
+    hn::StoreU(mixed, d8, row.dst + at);
   });
 }
 
 template <bool kInterpolate, bool kRightOfPair>
 void MixPlaneRowAdjusting(const PlaneMixRow& row, size_t steps, const SampleAdjust* adjust) {
-  if (adjust) return MixPlaneRowT<kInterpolate, kRightOfPair, true>(row, steps, *adjust);
-  MixPlaneRowT<kInterpolate, kRightOfPair, false>(row, steps, SampleAdjust{});
+  if (adjust) {
+    return MixPlaneRowT<kInterpolate, kRightOfPair, true>(row, steps, SampleLookup(*adjust));
+  }
+  MixPlaneRowT<kInterpolate, kRightOfPair, false>(row, steps, SampleLookup(SampleAdjust{}));
 }
 
 void MixPlaneRow(const PlaneMixRow& row, size_t steps, AlphaSampling alpha,
