@@ -14,10 +14,12 @@ namespace HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
 
 #if HWY_TARGET == HWY_AVX3_DL
-// Where each byte of 16 RGB24 pixels widened to 4 bytes comes from.
+// Where each byte of 16 RGB24 pixels widened to 4 bytes comes from (the
+// fourth byte of each is zeroed, its index unused).
 struct Rgb24Spread {
   constexpr Rgb24Spread() : index() {
-    for (int i = 0; i < 64; ++i) index[i] = static_cast<uint8_t>(3 * (i / 4) + i % 4 % 3);
+    for (int i = 0; i < 64; ++i)
+      index[i] = static_cast<uint8_t>(i % 4 == 3 ? 0 : 3 * (i / 4) + i % 4);
   }
   alignas(64) uint8_t index[64];
 };
